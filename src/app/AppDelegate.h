@@ -1,0 +1,177 @@
+#pragma once
+// The application controller: owner of the settings mirrors, the fixed value tables,
+// the output paths and the one recording manager. sharedInstance() is the program's
+// single point of access; tests build their own with create().
+#include "Platform.h"
+#include "Permissions.h"
+#include "RecordSessionHost.h"
+#include "TNRecordManager.h"
+
+#include <QColor>
+#include <QDateTime>
+#include <QObject>
+#include <QStringList>
+#include <memory>
+
+class EncodeManager;
+
+// The watermark text's font: an empty name stands for the system font.
+struct WatermarkFont {
+    QString fontName;
+    double pointSize = 20;
+};
+
+class AppDelegate : public QObject, public RecordSessionHost {
+    Q_OBJECT
+public:
+    static inline const QString CFBundleName = QStringLiteral("Capstan");
+    static inline const QString CFBundleIdentifier = QStringLiteral("org.capstan.Capstan");
+
+    // The first call makes the instance (and establishes the settings) exactly once,
+    // with the platform given to installSharedPlatform, or the Linux adapters.
+    static AppDelegate *sharedInstance();
+    static void installSharedPlatform(const Platform &platform);
+    // Establishes the settings in the store and builds an instance on them.
+    static std::unique_ptr<AppDelegate> create(const Platform &platform);
+    ~AppDelegate() override;
+
+    const Platform &platform() const { return platform_; }
+    TNRecordManager *recordManager();
+    EncodeManager &encodeManager();
+
+    // Output paths and disk space.
+    QString createoutputPath(bool isVideo);
+    QString getFileNameForNowTime() const;
+    static QString dateToString(const QDateTime &date);
+    QString plistPath() const;
+    static double getNowTimeTimestamp();
+    static QString timeFromString(int seconds);
+    static QString timeFrom_String(int seconds);
+    void generateMemoryInfo();
+    QString systemFreeSpace() const override;
+    QString generateNumberFromValue(quint64 bytes) const;
+    // The title the audio type pop-up shows.
+    QString audioExtensionBoxTitle() const;
+
+    // The microphone check of the start: a known microphone, the loopback device, or
+    // a device whose name says microphone.
+    bool hasMicrophone() const;
+
+    // RecordSessionHost
+    void setRecording(bool recording) override { recording_ = recording; }
+    bool recording() const { return recording_; }
+    QString outputPath() const override { return outputPath_; }
+    void setOutputPath(const QString &path) { outputPath_ = path; }
+    bool checkCaptureAudio() override;
+    bool checkCapture(bool showAlert) override;
+    bool isCaptrue() const override { return isCaptrue_; }
+    void setIsCaptrue(bool on) { isCaptrue_ = on; }
+    uint32_t selectedWindowNumber() const override { return selectedWindowNumber_; }
+    void setSelectedWindowNumber(uint32_t number) { selectedWindowNumber_ = number; }
+    QString selectedWindowName() const override { return selectedWindowName_; }
+    void setSelectedWindowName(const QString &name) { selectedWindowName_ = name; }
+    void refreshStateMenuItem() override;
+    void setTimeSetsBtnEnabled(bool enabled) override { timeSetsBtnEnabled_ = enabled; }
+    bool timeSetsBtnEnabled() const { return timeSetsBtnEnabled_; }
+    RecordOverlayWindow *recordWC() override { return recordWC_; }
+    void setRecordWC(RecordOverlayWindow *overlay) { recordWC_ = overlay; }
+    void setRecordCurrentTimeLabel(const QString &text) override;
+    QString recordCurrentTimeLabel() const { return recordCurrentTimeLabel_; }
+    void setRecordFileSizeLabel(const QString &text) override;
+    QString recordFileSizeLabel() const { return recordFileSizeLabel_; }
+
+    // Fixed tables.
+    QStringList frameTitles() const;
+    static const QList<qint64> &frameBitrates();
+    const QStringList &fpsTitles() const { return fpsTitles_; }
+    const QStringList &videoTypes() const { return videoTypes_; }
+    const QStringList &audioExtensions() const { return audioExtensions_; }
+    const QStringList &timeFramStyles() const { return timeFramStyles_; }
+    // The first blank-separated word of a frame rate title, as a float.
+    static float fpsFromTitle(const QString &title);
+
+    // Settings mirrors.
+    double recordEndTimeDuration() const { return recordEndTimeDuration_; }
+    double recordEndFileSize() const { return recordEndFileSize_; }
+    bool isRecordEndSizeType() const { return isRecordEndSizeType_; }
+    bool everyTime() const { return everyTime_; }
+    qint64 finshpopIndex() const { return finshpopIndex_; }
+    bool autoStop_withTime() const { return autoStop_withTime_; }
+    qint64 framItemIndex() const { return framItemIndex_; }
+    qint64 fpsItemIndex() const { return fpsItemIndex_; }
+    qint64 videoTypeBoxIndex() const { return videoTypeBoxIndex_; }
+    void setVideoTypeBoxIndex(qint64 index) { videoTypeBoxIndex_ = index; }
+    qint64 audioExtensionIndex() const { return audioExtensionIndex_; }
+    void setAudioExtensionIndex(qint64 index) { audioExtensionIndex_ = index; }
+    bool isMouseHight() const { return isMouseHight_; }
+    bool isShowMouse() const { return isShowMouse_; }
+    bool isMouseClickEffect() const { return isMouseClickEffect_; }
+    bool isShowReverseTime() const { return isShowReverseTime_; }
+    bool isCaptrueMirror() const { return isCaptrueMirror_; }
+    const WatermarkFont &textWatermarkFont() const { return textWatermarkFont_; }
+    const QColor &textWatermarkColor() const { return textWatermarkColor_; }
+    qint64 timeFramStyleIndex() const { return timeFramStyleIndex_; }
+    float watermarkAlpha() const { return watermarkAlpha_; }
+    qint64 isWatermarkShadow() const { return isWatermarkShadow_; }
+    const QString &watermarkTextString() const { return watermarkTextString_; }
+    quint64 watermarkType() const { return watermarkType_; }
+    qint64 endTimeType() const { return endTimeType_; }
+    bool isResetEventMonitor() const { return isResetEventMonitor_; }
+    double freeSpace() const { return freeSpace_; }
+    double totalSpace() const { return totalSpace_; }
+
+signals:
+    void stateMenuItemsNeedRefresh();
+    void recordLabelsChanged();
+
+private:
+    explicit AppDelegate(const Platform &platform);
+    static void establishDefaults(UserDefaults &defaults);
+    void loadSettings();
+    bool permissionGranted(MediaType type, bool showAlert, MediaType requestType);
+
+    Platform platform_;
+    std::unique_ptr<TNRecordManager> recordManager_;
+
+    bool recording_ = false;
+    QString outputPath_;
+    bool isCaptrue_ = false;
+    uint32_t selectedWindowNumber_ = 0;
+    QString selectedWindowName_;
+    bool timeSetsBtnEnabled_ = true;
+    RecordOverlayWindow *recordWC_ = nullptr;
+    QString recordCurrentTimeLabel_;
+    QString recordFileSizeLabel_;
+
+    QStringList fpsTitles_;
+    QStringList videoTypes_;
+    QStringList audioExtensions_;
+    QStringList timeFramStyles_;
+
+    double recordEndTimeDuration_ = 0;
+    double recordEndFileSize_ = 0;
+    bool isRecordEndSizeType_ = false;
+    bool everyTime_ = false;
+    qint64 finshpopIndex_ = 0;
+    bool autoStop_withTime_ = false;
+    qint64 framItemIndex_ = 0;
+    qint64 fpsItemIndex_ = 0;
+    qint64 videoTypeBoxIndex_ = 0;
+    qint64 audioExtensionIndex_ = 0;
+    bool isMouseHight_ = false;
+    bool isShowMouse_ = false;
+    bool isMouseClickEffect_ = false;
+    bool isShowReverseTime_ = false;
+    bool isCaptrueMirror_ = false;
+    WatermarkFont textWatermarkFont_;
+    QColor textWatermarkColor_;
+    qint64 timeFramStyleIndex_ = 0;
+    float watermarkAlpha_ = 0;
+    qint64 isWatermarkShadow_ = 0;
+    QString watermarkTextString_;
+    quint64 watermarkType_ = 0;
+    qint64 endTimeType_ = 0;
+    bool isResetEventMonitor_ = false;
+    double freeSpace_ = 0;
+    double totalSpace_ = 0;
+};

@@ -1,0 +1,184 @@
+#include "TNRecordManager.h"
+
+#include "CaptureInputs.h"
+#include "Clock.h"
+#include "Log.h"
+
+#include <QMetaObject>
+
+using capstan::NSLog;
+
+TNRecordManager::TNRecordManager(const Platform &platform, RecordSessionHost &host)
+    : platform_(platform), host_(host)
+{
+    inputDevice_ = EZAudioDevice::currentInputDevice(*platform_.audio);
+    outputDevice_ = EZAudioDevice::currentOutputDevice(*platform_.audio);
+}
+
+TNRecordManager::~TNRecordManager() = default;
+
+EncodeManager &TNRecordManager::encodeManager()
+{
+    if (!encodeManager_) {
+        encodeManager_ = std::make_unique<EncodeManager>(*platform_.defaults,
+                                                         [this] { return recordVideoType(); });
+        encodeManager_->initHandle();
+    }
+    return *encodeManager_;
+}
+
+void TNRecordManager::startRecording()
+{
+    isWorking_ = true;
+    startDate_ = 0;
+    host_.setRecording(true);
+    EncodeManager &encoder = encodeManager();
+    encoder.initHandle();
+
+    const quint64 videoType = recordVideoType();
+    if (videoType == VideoTypeCamera) {
+        captrueScreenInputEnable(false);
+        captrueVideoInputEnable(true);
+    } else {
+        // The microphone permission gates the screen input too.
+        if (host_.checkCaptureAudio())
+            captrueScreenInputEnable(videoType != VideoTypeAudioOnly);
+        if (host_.checkCapture(false))
+            captrueVideoInputEnable(host_.isCaptrue());
+    }
+
+    const QString path = host_.outputPath();
+    encoder.setOutputPath(path);
+    {
+        std::lock_guard lock(windowsMutex_);
+        onScreenWindows_ =
+            platform_.windows->CGWindowListCreate(kCGWindowListOptionOnScreenOnly, kCGNullWindowID);
+        desktopElements_ = onScreenWindows_;
+    }
+
+    if (videoType != VideoTypeCamera) {
+        if (captureRect() == QRectF()) {
+            encoder.setImageSize(screen_ ? screen_->frame.size() : QSizeF(0, 0));
+        } else {
+            if (videoType == VideoTypeAppWindow)
+                walkWindowsAtStart();
+            const QRectF rect = captureRect();
+            encoder.setImageSize(rect.size());
+            platform_.screenInput->setCropRect(rect);
+        }
+    }
+
+    startDate_ = 0;
+    {
+        std::lock_guard lock(fileTimesMutex_);
+        fileTimes_.clear();
+    }
+    status_ = RecordStatusRecording;
+
+    if (recordAudioType() != AudioTypeNone)
+        encoder.setUpAudioSettings();
+    if (videoType != VideoTypeAudioOnly)
+        encoder.setUpVideoSettings();
+    encoder.setOutputPath(path);
+    encoder.startEncoderEncode();
+    host_.refreshStateMenuItem();
+}
+
+void TNRecordManager::pauseRecording()
+{
+    isWorking_ = false;
+    {
+        std::lock_guard lock(fileTimesMutex_);
+        fileTimes_.append(platform_.clock->now() - startDate_.load());
+    }
+    status_ = RecordStatusPaused;
+}
+
+void TNRecordManager::resumeRecording()
+{
+    startDate_ = platform_.clock->now();
+    isWorking_ = true;
+    status_ = RecordStatusResumed;
+}
+
+void TNRecordManager::stopRecording()
+{
+    isWorking_ = false;
+    host_.setTimeSetsBtnEnabled(true);
+    host_.setRecording(false);
+    {
+        std::lock_guard lock(windowsMutex_);
+        desktopElements_.clear();
+        onScreenWindows_.clear();
+    }
+    status_ = RecordStatusIdle;
+    encodeManager().stopEncoderEncode();
+    if (RecordOverlayWindow *overlay = host_.recordWC()) {
+        overlay->removeRecordScreenView();
+        overlay->orderOut();
+    }
+    host_.refreshStateMenuItem();
+}
+
+void TNRecordManager::stopCapture()
+{
+    isWorking_ = false;
+    QDLOG_HERE();
+}
+
+void TNRecordManager::timerDurationTimeOut()
+{
+    EncodeManager &encoder = encodeManager();
+    const auto seconds = static_cast<int32_t>(encoder.countRecordedDuration() / 1000);
+    if (seconds < 0) {
+        NSLog(lcEngine, "get error record duration= %d", seconds);
+        return;
+    }
+    // Hours wrap at 60, as the label always showed them.
+    const auto s = static_cast<unsigned long>(seconds);
+    const QString time = QString::asprintf("%02lu:%02lu:%02lu", s / 3600 % 60, s / 60 % 60, s % 60);
+    const double megabytes = encoder.filesize() / 1e6;
+    QMetaObject::invokeMethod(
+        this,
+        [this, time, megabytes] {
+            host_.setRecordCurrentTimeLabel(time);
+            host_.setRecordFileSizeLabel(QString::asprintf(
+                "%.2f MB / %s", megabytes, qUtf8Printable(host_.systemFreeSpace())));
+        },
+        Qt::QueuedConnection);
+}
+
+QList<double> TNRecordManager::fileTimes() const
+{
+    std::lock_guard lock(fileTimesMutex_);
+    return fileTimes_;
+}
+
+QRectF TNRecordManager::captureRect() const
+{
+    std::lock_guard lock(captureRectMutex_);
+    return captureRect_;
+}
+
+void TNRecordManager::setCaptureRect(const QRectF &rect)
+{
+    {
+        std::lock_guard lock(captureRectMutex_);
+        captureRect_ = rect;
+    }
+    if (rect.width() > 1440.0)
+        QDLOG_HERE();
+}
+
+void TNRecordManager::setScreen(const std::optional<ScreenInfo> &screen)
+{
+    screen_ = screen;
+    if (!screen)
+        QDLOG_HERE();
+}
+
+void TNRecordManager::setScreenNumber(qint64 number)
+{
+    screenNumber_ = number;
+    NSLog(lcEngine, "%s : %zd", __func__, ssize_t(number));
+}

@@ -1,0 +1,99 @@
+#pragma once
+// Port: the audio hardware object calls the device catalog and the routing make.
+// Objects are numbered; the system object is 1. Properties are addressed by
+// selector, scope and element, each a four-character code.
+//
+// Data layouts, as the catalog reads them:
+//   "dev#"             array of AudioObjectID
+//   "dIn ", "dOut"     one AudioObjectID
+//   "lnam", "lmak", "uid "  one CFStringRef (8 bytes); the caller owns the string
+//   "slay"             AudioBufferList; a room too small answers kAudioHardwareBadPropertySizeError
+//   "tran"             one UInt32 transport type
+#include <QString>
+#include <QVariantMap>
+#include <cstdint>
+
+using OSStatus = int32_t;
+using UInt32 = uint32_t;
+using AudioObjectID = uint32_t;
+using AudioDeviceID = AudioObjectID;
+using AudioObjectPropertySelector = uint32_t;
+using AudioObjectPropertyScope = uint32_t;
+using AudioObjectPropertyElement = uint32_t;
+// A string handed out by the hardware layer; the receiver deletes it.
+using CFStringRef = QString *;
+
+constexpr uint32_t fourCharCode(const char (&code)[5])
+{
+    return (uint32_t(uint8_t(code[0])) << 24) | (uint32_t(uint8_t(code[1])) << 16) |
+           (uint32_t(uint8_t(code[2])) << 8) | uint32_t(uint8_t(code[3]));
+}
+
+struct AudioObjectPropertyAddress {
+    AudioObjectPropertySelector mSelector;
+    AudioObjectPropertyScope mScope;
+    AudioObjectPropertyElement mElement;
+};
+
+struct AudioBuffer {
+    UInt32 mNumberChannels;
+    UInt32 mDataByteSize;
+    void *mData;
+};
+
+struct AudioBufferList {
+    UInt32 mNumberBuffers;
+    AudioBuffer mBuffers[1]; // variable length
+};
+
+inline constexpr OSStatus noErr = 0;
+inline constexpr AudioObjectID kAudioObjectSystemObject = 1;
+inline constexpr AudioObjectID kAudioObjectUnknown = 0;
+inline constexpr AudioObjectPropertyElement kAudioObjectPropertyElementMaster = 0;
+
+inline constexpr uint32_t kAudioHardwarePropertyDevices = fourCharCode("dev#");
+inline constexpr uint32_t kAudioHardwarePropertyDefaultInputDevice = fourCharCode("dIn ");
+inline constexpr uint32_t kAudioHardwarePropertyDefaultOutputDevice = fourCharCode("dOut");
+inline constexpr uint32_t kAudioObjectPropertyName = fourCharCode("lnam");
+inline constexpr uint32_t kAudioObjectPropertyManufacturer = fourCharCode("lmak");
+inline constexpr uint32_t kAudioDevicePropertyDeviceUID = fourCharCode("uid ");
+inline constexpr uint32_t kAudioDevicePropertyStreamConfiguration = fourCharCode("slay");
+inline constexpr uint32_t kAudioDevicePropertyTransportType = fourCharCode("tran");
+inline constexpr uint32_t kAudioDeviceTransportTypeBuiltIn = fourCharCode("bltn");
+inline constexpr uint32_t kAudioDeviceTransportTypeUSB = fourCharCode("usb ");
+inline constexpr uint32_t kAudioDeviceTransportTypeVirtual = fourCharCode("virt");
+inline constexpr uint32_t kAudioDeviceTransportTypeAggregate = fourCharCode("grup");
+inline constexpr uint32_t kAudioObjectPropertyScopeGlobal = fourCharCode("glob");
+inline constexpr uint32_t kAudioObjectPropertyScopeInput = fourCharCode("inpt");
+inline constexpr uint32_t kAudioObjectPropertyScopeOutput = fourCharCode("outp");
+
+inline constexpr OSStatus kAudioHardwareUnspecifiedError = OSStatus(fourCharCode("what"));
+inline constexpr OSStatus kAudioHardwareUnknownPropertyError = OSStatus(fourCharCode("who?"));
+inline constexpr OSStatus kAudioHardwareBadPropertySizeError = OSStatus(fourCharCode("!siz"));
+inline constexpr OSStatus kAudioHardwareBadObjectError = OSStatus(fourCharCode("!obj"));
+inline constexpr OSStatus kAudioHardwareNotRunningError = OSStatus(fourCharCode("stop"));
+
+class AudioHardware {
+public:
+    virtual ~AudioHardware() = default;
+
+    virtual OSStatus AudioObjectGetPropertyDataSize(AudioObjectID objectID,
+                                                    const AudioObjectPropertyAddress *address,
+                                                    UInt32 qualifierDataSize,
+                                                    const void *qualifierData,
+                                                    UInt32 *outDataSize) = 0;
+    virtual OSStatus AudioObjectGetPropertyData(AudioObjectID objectID,
+                                                const AudioObjectPropertyAddress *address,
+                                                UInt32 qualifierDataSize, const void *qualifierData,
+                                                UInt32 *ioDataSize, void *outData) = 0;
+    // Sets a property; the routing uses it for "dIn " and "dOut" of the system object.
+    virtual OSStatus AudioObjectSetPropertyData(AudioObjectID objectID,
+                                                const AudioObjectPropertyAddress *address,
+                                                UInt32 qualifierDataSize, const void *qualifierData,
+                                                UInt32 dataSize, const void *data) = 0;
+    // description: "name", "uid", "subdevices" (list of UIDs, first is the clock master),
+    // "private", "stacked" as the routing asks.
+    virtual OSStatus AudioHardwareCreateAggregateDevice(const QVariantMap &description,
+                                                        AudioObjectID *outDeviceID) = 0;
+    virtual OSStatus AudioHardwareDestroyAggregateDevice(AudioObjectID deviceID) = 0;
+};

@@ -1,0 +1,10 @@
+#include "NullAdapters.h"
+
+#include "Log.h"
+
+void NullCaptureInput::startRunning()
+{
+    if (!explained_.exchange(true))
+        capstan::NSLog(lcPlatform, "%s capture is not available on this system",
+                       qUtf8Printable(what_));
+}

@@ -1,0 +1,33 @@
+#pragma once
+// Port: the window server's list of windows and their descriptions.
+// Descriptions are maps with the keys below; bounds are in window-server space
+// (origin at the upper left of the primary display, y down).
+#include <QList>
+#include <QVariantList>
+#include <QVariantMap>
+#include <cstdint>
+
+using CGWindowID = uint32_t;
+
+inline constexpr uint32_t kCGWindowListOptionAll = 0;
+inline constexpr uint32_t kCGWindowListOptionOnScreenOnly = 1;
+inline constexpr uint32_t kCGWindowListOptionIncludingWindow = 8;
+inline constexpr CGWindowID kCGNullWindowID = 0;
+
+inline constexpr char kCGWindowNumber[] = "kCGWindowNumber";
+inline constexpr char kCGWindowName[] = "kCGWindowName";
+inline constexpr char kCGWindowOwnerName[] = "kCGWindowOwnerName";
+inline constexpr char kCGWindowOwnerPID[] = "kCGWindowOwnerPID";
+inline constexpr char kCGWindowBounds[] = "kCGWindowBounds"; // map of "X", "Y", "Width", "Height"
+inline constexpr char kCGWindowLayer[] = "kCGWindowLayer";
+inline constexpr char kCGWindowAlpha[] = "kCGWindowAlpha";
+
+class WindowServer {
+public:
+    virtual ~WindowServer() = default;
+    // Window numbers, front-most first.
+    virtual QList<CGWindowID> CGWindowListCreate(uint32_t option, CGWindowID relativeToWindow) = 0;
+    // Descriptions; with kCGWindowListOptionIncludingWindow the one window, or none when gone.
+    virtual QVariantList CGWindowListCopyWindowInfo(uint32_t option,
+                                                    CGWindowID relativeToWindow) = 0;
+};

@@ -1,0 +1,138 @@
+#pragma once
+// Fakes of the platform ports, for unit tests of logic. Each is scripted by plain
+// public fields and records what it was asked.
+#include "Alerts.h"
+#include "CaptureInputs.h"
+#include "Clock.h"
+#include "Permissions.h"
+#include "ScreenCatalog.h"
+#include "StandardFolders.h"
+#include "SystemVersion.h"
+#include "UserDefaults.h"
+#include "WindowServer.h"
+
+#include <QMap>
+#include <QStringList>
+#include <atomic>
+#include <mutex>
+
+class FakeUserDefaults final : public UserDefaults {
+public:
+    QVariant objectForKey(const QString &key) const override;
+    void setObject(const QVariant &value, const QString &key) override;
+    void removeObjectForKey(const QString &key) override;
+    bool synchronize() override;
+
+    QStringList keys() const;
+    QStringList writtenKeys() const; // every key written, in order, repeats included
+    int synchronizeCount() const { return synchronizeCount_; }
+
+private:
+    mutable std::mutex mutex_;
+    QVariantMap values_;
+    QStringList written_;
+    std::atomic<int> synchronizeCount_{0};
+};
+
+class FakeClock final : public Clock {
+public:
+    double now() const override { return time.load(); }
+    std::atomic<double> time{1000.0};
+};
+
+class FakeFolders final : public StandardFolders {
+public:
+    QString movies, caches;
+    FileSystemAttributes attributes;
+    mutable QStringList askedPaths;
+    QString moviesFolder() const override { return movies; }
+    QString cachesFolder() const override { return caches; }
+    FileSystemAttributes attributesOfFileSystemForPath(const QString &path) const override
+    {
+        askedPaths.append(path);
+        return attributes;
+    }
+};
+
+class FakeSystemVersion final : public SystemVersion {
+public:
+    OperatingSystemVersion version{10, 15, 0};
+    OperatingSystemVersion operatingSystemVersion() const override { return version; }
+};
+
+class FakePermissions final : public Permissions {
+public:
+    int videoStatus = AuthorizationStatusAuthorized;
+    int audioStatus = AuthorizationStatusAuthorized;
+    QList<MediaType> requests;
+    int authorizationStatusForMediaType(MediaType type) const override
+    {
+        return type == MediaType::Video ? videoStatus : audioStatus;
+    }
+    void requestAccessForMediaType(MediaType type, std::function<void(bool)>) override
+    {
+        requests.append(type);
+    }
+};
+
+class FakeAlerts final : public Alerts {
+public:
+    QStringList messages;
+    void showModleMessage(const QString &message, const QString &) override
+    {
+        messages.append(message);
+    }
+};
+
+class FakeCaptureInput final : public ScreenCaptureInput, public CameraCaptureInput {
+public:
+    QRectF cropRect;
+    QStringList calls; // "start", "stop", "crop"
+    bool running = false;
+    void setCropRect(const QRectF &rect) override
+    {
+        cropRect = rect;
+        calls.append(QStringLiteral("crop"));
+    }
+    void startRunning() override
+    {
+        running = true;
+        calls.append(QStringLiteral("start"));
+    }
+    void stopRunning() override
+    {
+        running = false;
+        calls.append(QStringLiteral("stop"));
+    }
+    bool isRunning() const override { return running; }
+};
+
+class FakeScreens final : public ScreenCatalog {
+public:
+    QList<ScreenInfo> list;
+    QList<ScreenInfo> screens() const override { return list; }
+    std::optional<ScreenInfo> mainScreen() const override
+    {
+        if (list.isEmpty())
+            return std::nullopt;
+        return list.first();
+    }
+};
+
+// Windows front-most first. A description is made from the fields of each window.
+class FakeWindowServer final : public WindowServer {
+public:
+    struct Window {
+        CGWindowID number = 0;
+        QString ownerName;
+        QString name;
+        QRectF bounds; // window-server space
+        bool onScreen = true;
+    };
+    QList<Window> windows;
+    int describeCalls = 0;
+
+    static QVariantMap describe(const Window &window);
+    QList<CGWindowID> CGWindowListCreate(uint32_t option, CGWindowID relativeToWindow) override;
+    QVariantList CGWindowListCopyWindowInfo(uint32_t option, CGWindowID relativeToWindow) override;
+};
