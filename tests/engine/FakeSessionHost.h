@@ -1,0 +1,35 @@
+#pragma once
+// The application controller as the session sees it, noting what it was told.
+#include "RecordSessionHost.h"
+
+#include <QStringList>
+
+class FakeSessionHost : public RecordSessionHost, public RecordOverlayWindow {
+public:
+    QStringList events;
+    QString path = "/tmp/capstan-test/20260101_000000.mp4";
+    bool audioAllowed = true;
+    bool videoAllowed = true;
+    bool captrue = false;
+    uint32_t windowNumber = 0;
+    QString windowName;
+    bool overlayOpen = false;
+    QString timeLabel, sizeLabel;
+
+    void setRecording(bool on) override { events << (on ? "recording:on" : "recording:off"); }
+    QString outputPath() const override { return path; }
+    bool checkCaptureAudio() override { return audioAllowed; }
+    bool checkCapture(bool) override { return videoAllowed; }
+    bool isCaptrue() const override { return captrue; }
+    uint32_t selectedWindowNumber() const override { return windowNumber; }
+    QString selectedWindowName() const override { return windowName; }
+    void refreshStateMenuItem() override { events << "refreshStateMenuItem"; }
+    void setTimeSetsBtnEnabled(bool on) override { events << (on ? "timeSets:on" : "timeSets:off"); }
+    RecordOverlayWindow *recordWC() override { return overlayOpen ? this : nullptr; }
+    void setRecordCurrentTimeLabel(const QString &text) override { timeLabel = text; }
+    void setRecordFileSizeLabel(const QString &text) override { sizeLabel = text; }
+    QString systemFreeSpace() const override { return "12.50 G"; }
+
+    void removeRecordScreenView() override { events << "overlay:removeView"; }
+    void orderOut() override { events << "overlay:orderOut"; }
+};
