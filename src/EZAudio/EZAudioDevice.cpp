@@ -13,13 +13,12 @@ QString EZAudioDevice::description() const
     return QString::asprintf(
         "%s { deviceID: %i, manufacturer: %s, name: %s, UID: %s, inputChannelCount: %ld, "
         "outputChannelCount: %ld }",
-        qUtf8Printable(base), int(deviceID_), qUtf8Printable(manufacturer_),
-        qUtf8Printable(name_), qUtf8Printable(UID_), long(inputChannelCount_),
-        long(outputChannelCount_));
+        qUtf8Printable(base), int(deviceID_), qUtf8Printable(manufacturer_), qUtf8Printable(name_),
+        qUtf8Printable(UID_), long(inputChannelCount_), long(outputChannelCount_));
 }
 
-AudioObjectPropertyAddress EZAudioDevice::addressForPropertySelector(
-    AudioObjectPropertySelector selector)
+AudioObjectPropertyAddress
+EZAudioDevice::addressForPropertySelector(AudioObjectPropertySelector selector)
 {
     return {selector, kAudioObjectPropertyScopeGlobal, kAudioObjectPropertyElementMaster};
 }
@@ -51,8 +50,7 @@ void EZAudioDevice::enumerateDevicesUsingBlock(AudioHardware &hw, const Block &b
         device.setUID(UIDPropertyForDeviceID(hw, id));
         device.setIsBuiltIn(isBuiltInDevice(hw, id));
         device.setInputChannelCount(channelCountForScope(hw, kAudioObjectPropertyScopeInput, id));
-        device.setOutputChannelCount(
-            channelCountForScope(hw, kAudioObjectPropertyScopeOutput, id));
+        device.setOutputChannelCount(channelCountForScope(hw, kAudioObjectPropertyScopeOutput, id));
         block(device, &stop);
         if (stop)
             break;

@@ -39,8 +39,8 @@ public:
     static EZAudioDevice deviceWithPropertySelector(AudioHardware &hw,
                                                     AudioObjectPropertySelector selector);
 
-    static AudioObjectPropertyAddress addressForPropertySelector(
-        AudioObjectPropertySelector selector);
+    static AudioObjectPropertyAddress
+    addressForPropertySelector(AudioObjectPropertySelector selector);
     // "?" when the property cannot be read.
     static QString stringPropertyForSelector(AudioHardware &hw,
                                              AudioObjectPropertySelector selector,

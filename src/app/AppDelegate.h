@@ -2,8 +2,8 @@
 // The application controller: owner of the settings mirrors, the fixed value tables,
 // the output paths and the one recording manager. sharedInstance() is the program's
 // single point of access; tests build their own with create().
-#include "Platform.h"
 #include "Permissions.h"
+#include "Platform.h"
 #include "RecordSessionHost.h"
 #include "TNRecordManager.h"
 

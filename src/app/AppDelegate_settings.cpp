@@ -147,7 +147,7 @@ void AppDelegate::loadSettings()
     videoTypes_ = {QStringLiteral(".mov"), QStringLiteral(".mp4"), QStringLiteral(".m4v"),
                    QStringLiteral(".flv"), QStringLiteral(".avi")};
     fpsTitles_ = {QStringLiteral("20 fps"), QStringLiteral("23.976 fps"), QStringLiteral("24 fps"),
-                  QStringLiteral("25 fps"), QStringLiteral("29.97 fps"), QStringLiteral("30 fps")};
+                  QStringLiteral("25 fps"), QStringLiteral("29.97 fps"),  QStringLiteral("30 fps")};
     const bool english = Localization::isEnglishLanguage(d);
     timeFramStyles_ = {QStringLiteral("YYYY/MM/dd HH/mm/ss")};
     if (!english)
@@ -160,10 +160,9 @@ void AppDelegate::loadSettings()
 
 bool AppDelegate::hasMicrophone() const
 {
-    static const QStringList knownNames{QStringLiteral("外置麦克风"),
-                                        QStringLiteral("External Microphone"),
-                                        QStringLiteral("Built-in Microphone"),
-                                        QStringLiteral("内建麦克风")};
+    static const QStringList knownNames{
+        QStringLiteral("外置麦克风"), QStringLiteral("External Microphone"),
+        QStringLiteral("Built-in Microphone"), QStringLiteral("内建麦克风")};
     const QList<EZAudioDevice> inputs = EZAudioDevice::inputDevices(*platform_.audio);
     for (const EZAudioDevice &device : inputs)
         if (knownNames.contains(device.name()))

@@ -116,7 +116,8 @@ void EncodeManager::encoderPushVideo(VIDEO_PACKET *packet, double pts)
     std::lock_guard lock(handleMutex_);
     if (!isWorking_ || !handle_)
         return;
-    logIfFailed(apiEncoderPushVideo(handle_, packet, static_cast<int64_t>(pts)), "送入视频数据失败");
+    logIfFailed(apiEncoderPushVideo(handle_, packet, static_cast<int64_t>(pts)),
+                "送入视频数据失败");
 }
 
 void EncodeManager::encoderPushAudio(const AudioSampleBuffer &sampleBuffer)

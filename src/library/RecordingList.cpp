@@ -12,12 +12,11 @@
 RecordingRecord RecordingRecord::movie(const QString &path, float duration, float size,
                                        const QString &date, bool audioOnly)
 {
-    return {path, QFileInfo(path).fileName(), duration, size, date, audioOnly ? 0 : 1,
-            std::nullopt};
+    return {path, QFileInfo(path).fileName(), duration,    size,
+            date, audioOnly ? 0 : 1,          std::nullopt};
 }
 
-RecordingRecord RecordingRecord::screenshot(const QString &path, quint64 size,
-                                            const QString &date)
+RecordingRecord RecordingRecord::screenshot(const QString &path, quint64 size, const QString &date)
 {
     return {path, QFileInfo(path).fileName(), qint64(0), size, date, std::nullopt, 1};
 }

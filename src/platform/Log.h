@@ -19,8 +19,7 @@ namespace capstan {
 using LogCategory = const QLoggingCategory &(*)();
 
 // printf-style formatting; strings go in as UTF-8 (%s with qUtf8Printable).
-void NSLog(LogCategory category, const char *format, ...)
-    __attribute__((format(printf, 2, 3)));
+void NSLog(LogCategory category, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
 } // namespace capstan
 

@@ -4,9 +4,10 @@
 
 NullAudioHardware::NullAudioHardware(QString reason) : reason_(std::move(reason)) {}
 
-OSStatus NullAudioHardware::AudioObjectGetPropertyDataSize(
-    AudioObjectID objectID, const AudioObjectPropertyAddress *address, UInt32, const void *,
-    UInt32 *outDataSize)
+OSStatus
+NullAudioHardware::AudioObjectGetPropertyDataSize(AudioObjectID objectID,
+                                                  const AudioObjectPropertyAddress *address, UInt32,
+                                                  const void *, UInt32 *outDataSize)
 {
     if (objectID != kAudioObjectSystemObject || !address || !outDataSize)
         return kAudioHardwareBadObjectError;
@@ -55,8 +56,7 @@ OSStatus NullAudioHardware::AudioObjectSetPropertyData(AudioObjectID,
     return kAudioHardwareNotRunningError;
 }
 
-OSStatus NullAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMap &,
-                                                               AudioObjectID *)
+OSStatus NullAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMap &, AudioObjectID *)
 {
     return kAudioHardwareNotRunningError;
 }

@@ -125,8 +125,9 @@ TEST(EZAudioDevice, DescriptionFormat)
     const EZAudioDevice mic = EZAudioDevice::devices(hw).first();
     const QString text = mic.description();
     EXPECT_TRUE(text.startsWith("<EZAudioDevice: 0x")) << qPrintable(text);
-    EXPECT_TRUE(text.endsWith(" { deviceID: 10, manufacturer: Capstan Audio, name: Built-in "
-                              "Microphone, UID: mic, inputChannelCount: 1, outputChannelCount: 0 }"))
+    EXPECT_TRUE(
+        text.endsWith(" { deviceID: 10, manufacturer: Capstan Audio, name: Built-in "
+                      "Microphone, UID: mic, inputChannelCount: 1, outputChannelCount: 0 }"))
         << qPrintable(text);
 }
 

@@ -15,7 +15,8 @@ protected:
     {
         RecordingMediaEncoder::reset();
         // 2026-01-31 23:59:59 local time.
-        fake.clock.time = QDateTime(QDate(2026, 1, 31), QTime(23, 59, 59)).toSecsSinceEpoch() + 0.25;
+        fake.clock.time =
+            QDateTime(QDate(2026, 1, 31), QTime(23, 59, 59)).toSecsSinceEpoch() + 0.25;
         delegate = AppDelegate::create(fake.platform());
     }
     FakePlatform fake;

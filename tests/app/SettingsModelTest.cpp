@@ -8,14 +8,36 @@
 
 namespace {
 
-const QStringList firstRunKeys{
-    "IsFirstRun", "EventStartOrStop", "EventStartOrStopChar", "EventResumeOrPause",
-    "EventResumeOrPauseChar", "EventOnOrOffCaptrue", "EventOnOrOffCaptrueChar", "EventScreenshot",
-    "EventScreenshotChar", "EventShowDrawTool", "EventShowDrawToolChar", "Watermark_color",
-    "Watermark_alpha", "Watermark_shadow", "Watermark_scale", "Watermark_isShow",
-    "Watermark_textString", "TimeFramStyleIndex", "IsShowMouse", "IsMouseClickEffect",
-    "IsMouseHighlight", "IsShowReverseTime", "FramItemIndex", "FpsItemIndex", "VideoTypeIndex",
-    "AudioTypeIndex", "RecordAudioType", "Watermark_Type", "IsCaptrueMirrored", "Linewidth"};
+const QStringList firstRunKeys{"IsFirstRun",
+                               "EventStartOrStop",
+                               "EventStartOrStopChar",
+                               "EventResumeOrPause",
+                               "EventResumeOrPauseChar",
+                               "EventOnOrOffCaptrue",
+                               "EventOnOrOffCaptrueChar",
+                               "EventScreenshot",
+                               "EventScreenshotChar",
+                               "EventShowDrawTool",
+                               "EventShowDrawToolChar",
+                               "Watermark_color",
+                               "Watermark_alpha",
+                               "Watermark_shadow",
+                               "Watermark_scale",
+                               "Watermark_isShow",
+                               "Watermark_textString",
+                               "TimeFramStyleIndex",
+                               "IsShowMouse",
+                               "IsMouseClickEffect",
+                               "IsMouseHighlight",
+                               "IsShowReverseTime",
+                               "FramItemIndex",
+                               "FpsItemIndex",
+                               "VideoTypeIndex",
+                               "AudioTypeIndex",
+                               "RecordAudioType",
+                               "Watermark_Type",
+                               "IsCaptrueMirrored",
+                               "Linewidth"};
 
 class SettingsModelTest : public testing::Test {
 protected:
@@ -45,7 +67,8 @@ TEST_F(SettingsModelTest, FirstRunWritesExactlyTheFirstRunKeys)
 
     EXPECT_EQ(delegate->videoTypes().value(delegate->videoTypeBoxIndex()), ".mp4");
     EXPECT_EQ(delegate->audioExtensionBoxTitle(), ".mp3");
-    EXPECT_EQ(AppDelegate::fpsFromTitle(delegate->fpsTitles().value(delegate->fpsItemIndex())), 25.0f);
+    EXPECT_EQ(AppDelegate::fpsFromTitle(delegate->fpsTitles().value(delegate->fpsItemIndex())),
+              25.0f);
     EXPECT_EQ(delegate->finshpopIndex(), 1);
     EXPECT_EQ(delegate->recordEndFileSize(), 100.0);
     EXPECT_EQ(delegate->recordEndTimeDuration(), 0.0);
@@ -103,9 +126,12 @@ TEST_F(SettingsModelTest, MicrophoneChoiceNeedsAMicrophone)
         bool passes;
     };
     const Case cases[] = {
-        {"Built-in Microphone", "a", true},  {"内建麦克风", "b", true},
-        {"USB Headset Microphone", "c", true}, {"MacBook Pro Mic", "d", true},
-        {"Line In", "BlackHole2ch_UID", true}, {"Line In", "e", false},
+        {"Built-in Microphone", "a", true},
+        {"内建麦克风", "b", true},
+        {"USB Headset Microphone", "c", true},
+        {"MacBook Pro Mic", "d", true},
+        {"Line In", "BlackHole2ch_UID", true},
+        {"Line In", "e", false},
         {"?", "f", false},
     };
     for (const Case &c : cases) {

@@ -72,11 +72,8 @@ TEST_F(EncodeManagerTest, SplitTypeChoosesTheLimits)
         QString time, size;
     };
     const Case cases[] = {
-        {QVariant(), "0", "0"},
-        {0, "0", "0"},
-        {1, "20", "0"},
-        {2, "0", "10"},
-        {"2", "0", "10"}, // text stores hand numbers back as text
+        {QVariant(), "0", "0"}, {0, "0", "0"},    {1, "20", "0"},
+        {2, "0", "10"},         {"2", "0", "10"}, // text stores hand numbers back as text
         {7, "0", "0"},
     };
     encoder.setSplitTime(20);
@@ -167,7 +164,8 @@ TEST_F(EncodeManagerTest, StartAndStopAtTheLibrary)
     LogCapture log;
     encoder.stopEncoderEncode();
     EXPECT_EQ(RME::callsNamed("apiEncoderPushVideo").at(0).args, "1005,2x2,1234");
-    const QStringList tail = RME::callNames().mid(RME::callNames().indexOf("apiEncodePushVideoTrailer"));
+    const QStringList tail =
+        RME::callNames().mid(RME::callNames().indexOf("apiEncodePushVideoTrailer"));
     EXPECT_EQ(tail, QStringList({"apiEncodePushVideoTrailer", "apiEncodePushAudioTrailer",
                                  "apiEncodeIsDone", "apiEncodeIsDone", "apiEncodeIsDone",
                                  "apiEncodeIsDone", "apiEncoderClose"}));

@@ -24,7 +24,10 @@ public:
     uint32_t selectedWindowNumber() const override { return windowNumber; }
     QString selectedWindowName() const override { return windowName; }
     void refreshStateMenuItem() override { events << "refreshStateMenuItem"; }
-    void setTimeSetsBtnEnabled(bool on) override { events << (on ? "timeSets:on" : "timeSets:off"); }
+    void setTimeSetsBtnEnabled(bool on) override
+    {
+        events << (on ? "timeSets:on" : "timeSets:off");
+    }
     RecordOverlayWindow *recordWC() override { return overlayOpen ? this : nullptr; }
     void setRecordCurrentTimeLabel(const QString &text) override { timeLabel = text; }
     void setRecordFileSizeLabel(const QString &text) override { sizeLabel = text; }

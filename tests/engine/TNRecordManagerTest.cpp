@@ -1,8 +1,8 @@
+#include "TNRecordManager.h"
 #include "FakePlatform.h"
 #include "FakeSessionHost.h"
 #include "LogCapture.h"
 #include "RecordingMediaEncoder.h"
-#include "TNRecordManager.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>
@@ -64,7 +64,8 @@ TEST_F(TNRecordManagerTest, SessionCallsTheLibraryInOrder)
         manager->setRecordVideoType(c.videoType);
         manager->setRecordAudioType(c.audioType);
         manager->startRecording();
-        EXPECT_EQ(encoderCallsAfterCreate(), QStringList{"apiEncoderSetOutputPath"} + c.settings + start)
+        EXPECT_EQ(encoderCallsAfterCreate(),
+                  QStringList{"apiEncoderSetOutputPath"} + c.settings + start)
             << c.videoType << "/" << c.audioType;
         EXPECT_EQ(RME::callsNamed("apiEncoderSetOutputPath").at(1).args, host.path);
         manager->stopRecording();

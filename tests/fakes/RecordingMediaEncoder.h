@@ -16,8 +16,8 @@ namespace RecordingMediaEncoder {
 struct Call {
     std::string name;
     EncoderHandle handle = nullptr;
-    QString args;        // the further arguments, comma separated
-    QByteArray payload;  // audio bytes or the video packet's first row
+    QString args;       // the further arguments, comma separated
+    QByteArray payload; // audio bytes or the video packet's first row
 };
 
 void reset();

@@ -1,7 +1,7 @@
+#include "RecordingList.h"
 #include "FakePorts.h"
 #include "LogCapture.h"
 #include "QDBookmark.h"
-#include "RecordingList.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -32,13 +32,13 @@ protected:
 
 TEST_F(RecordingListTest, NewestFirstWithTheRightKeys)
 {
-    ASSERT_TRUE(addRecordToList(path, RecordingRecord::movie("/v/a.mp4", 12.5f, 3000000.0f,
-                                                             "2026/01/31 23:59:59", false)));
+    ASSERT_TRUE(addRecordToList(
+        path, RecordingRecord::movie("/v/a.mp4", 12.5f, 3000000.0f, "2026/01/31 23:59:59", false)));
     EXPECT_EQ(RecordingList::read(path).count(), 1);
-    ASSERT_TRUE(addRecordToList(path, RecordingRecord::screenshot("/v/b.png", 4096,
-                                                                  "2026/02/01 00:00:01")));
-    ASSERT_TRUE(addRecordToList(path, RecordingRecord::movie("/v/c.mp3", 3.0f, 48000.0f,
-                                                             "2026/02/01 00:00:02", true)));
+    ASSERT_TRUE(addRecordToList(
+        path, RecordingRecord::screenshot("/v/b.png", 4096, "2026/02/01 00:00:01")));
+    ASSERT_TRUE(addRecordToList(
+        path, RecordingRecord::movie("/v/c.mp3", 3.0f, 48000.0f, "2026/02/01 00:00:02", true)));
     const RecordingList list = RecordingList::read(path);
     ASSERT_EQ(list.count(), 3);
     EXPECT_EQ(list.pathAt(0), "/v/c.mp3");
@@ -100,8 +100,8 @@ TEST_F(RecordingListTest, AnotherPlistReaderReadsTheRecords)
     const QString plistutil = QStandardPaths::findExecutable("plistutil");
     if (plistutil.isEmpty())
         GTEST_SKIP() << "plistutil (libplist-utils) is not installed";
-    addRecordToList(path, RecordingRecord::movie("/v/ü 1.mp4", 2.5f, 100.0f, "2026/01/01 00:00:00",
-                                                 false));
+    addRecordToList(
+        path, RecordingRecord::movie("/v/ü 1.mp4", 2.5f, 100.0f, "2026/01/01 00:00:00", false));
     // Through the other reader's binary form and back, so it must have parsed every field.
     const QString binary = dir.filePath("filelist.bin");
     QProcess tool;

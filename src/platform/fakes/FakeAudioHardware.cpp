@@ -32,9 +32,10 @@ static UInt32 bufferListSize(qsizetype buffers)
                   sizeof(AudioBuffer) * std::max<qsizetype>(buffers, 1));
 }
 
-OSStatus FakeAudioHardware::AudioObjectGetPropertyDataSize(
-    AudioObjectID objectID, const AudioObjectPropertyAddress *address, UInt32, const void *,
-    UInt32 *outDataSize)
+OSStatus
+FakeAudioHardware::AudioObjectGetPropertyDataSize(AudioObjectID objectID,
+                                                  const AudioObjectPropertyAddress *address, UInt32,
+                                                  const void *, UInt32 *outDataSize)
 {
     std::lock_guard lock(mutex_);
     if (objectID == kAudioObjectSystemObject &&
@@ -52,8 +53,8 @@ OSStatus FakeAudioHardware::AudioObjectGetPropertyDataSize(
     if (!d)
         return kAudioHardwareBadObjectError;
     if (address->mSelector == kAudioDevicePropertyStreamConfiguration) {
-        const auto &buffers = address->mScope == kAudioObjectPropertyScopeInput ? d->inputBuffers
-                                                                               : d->outputBuffers;
+        const auto &buffers =
+            address->mScope == kAudioObjectPropertyScopeInput ? d->inputBuffers : d->outputBuffers;
         *outDataSize = bufferListSize(buffers.size());
         return noErr;
     }
@@ -72,8 +73,8 @@ OSStatus FakeAudioHardware::AudioObjectGetPropertyData(AudioObjectID objectID,
         if (address->mSelector == kAudioHardwarePropertyDevices) {
             if (deviceListStatus != noErr)
                 return deviceListStatus;
-            const UInt32 count = std::min<UInt32>(*ioDataSize / sizeof(AudioObjectID),
-                                                  UInt32(devices.size()));
+            const UInt32 count =
+                std::min<UInt32>(*ioDataSize / sizeof(AudioObjectID), UInt32(devices.size()));
             auto *ids = static_cast<AudioObjectID *>(outData);
             for (UInt32 i = 0; i < count; ++i)
                 ids[i] = devices[i].id;
@@ -86,9 +87,9 @@ OSStatus FakeAudioHardware::AudioObjectGetPropertyData(AudioObjectID objectID,
                 return defaultDeviceStatus;
             if (*ioDataSize < sizeof(AudioObjectID))
                 return kAudioHardwareBadPropertySizeError;
-            const AudioObjectID id =
-                address->mSelector == kAudioHardwarePropertyDefaultInputDevice ? defaultInput
-                                                                               : defaultOutput;
+            const AudioObjectID id = address->mSelector == kAudioHardwarePropertyDefaultInputDevice
+                                         ? defaultInput
+                                         : defaultOutput;
             std::memcpy(outData, &id, sizeof id);
             *ioDataSize = sizeof id;
             return noErr;

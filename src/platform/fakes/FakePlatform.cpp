@@ -10,6 +10,6 @@ FakePlatform::FakePlatform()
 
 Platform FakePlatform::platform()
 {
-    return Platform{&defaults,    &clock,  &folders,     &audio,      &windows,    &screens,
-                    &version,     &permissions, &alerts, &screenInput, &cameraInput};
+    return Platform{&defaults, &clock,       &folders, &audio,       &windows,    &screens,
+                    &version,  &permissions, &alerts,  &screenInput, &cameraInput};
 }

@@ -22,9 +22,9 @@ struct LinuxPlatform::Adapters {
 LinuxPlatform::LinuxPlatform() : adapters_(std::make_unique<Adapters>())
 {
     Adapters &a = *adapters_;
-    platform_ = Platform{&a.defaults, &a.clock,       &a.folders, &a.audio,
-                         &a.windows,  &a.screens,     &a.version, &a.permissions,
-                         &a.alerts,   &a.screenInput, &a.cameraInput};
+    platform_ =
+        Platform{&a.defaults, &a.clock,       &a.folders, &a.audio,       &a.windows,    &a.screens,
+                 &a.version,  &a.permissions, &a.alerts,  &a.screenInput, &a.cameraInput};
 }
 
 LinuxPlatform::~LinuxPlatform() = default;

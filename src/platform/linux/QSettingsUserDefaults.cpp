@@ -3,13 +3,11 @@
 QSettingsUserDefaults::QSettingsUserDefaults()
     : settings_(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Capstan"),
                 QStringLiteral("Capstan"))
-{
-}
+{}
 
 QSettingsUserDefaults::QSettingsUserDefaults(const QString &iniFile)
     : settings_(iniFile, QSettings::IniFormat)
-{
-}
+{}
 
 QVariant QSettingsUserDefaults::objectForKey(const QString &key) const
 {
