@@ -1,0 +1,26 @@
+# The two commands of a fresh Debian 12 machine:
+#   make run    install what is needed, build, and run Capstan
+#   make test   install what is needed, build, and run every test
+.PHONY: deps build run test bench format clean
+
+deps:
+	scripts/install-deps
+
+build: deps
+	cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build build
+
+run: build
+	./build/src/app/capstan
+
+test: deps
+	scripts/run-tests
+
+bench: build
+	./build/bench/encoder/bench_encoder
+
+format:
+	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i
+
+clean:
+	rm -rf build build-asan build-tsan build-logs
