@@ -2,7 +2,7 @@
 
 #include "Log.h"
 
-void NullCaptureInput::startRunning()
+void NullCaptureExplainer::explain()
 {
     if (!explained_.exchange(true))
         capstan::NSLog(lcPlatform, "%s capture is not available on this system",

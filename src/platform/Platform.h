@@ -13,6 +13,7 @@ class Permissions;
 class Alerts;
 class ScreenCaptureInput;
 class CameraCaptureInput;
+class Pointer;
 
 struct Platform {
     UserDefaults *defaults = nullptr;
@@ -26,4 +27,5 @@ struct Platform {
     Alerts *alerts = nullptr;
     ScreenCaptureInput *screenInput = nullptr;
     CameraCaptureInput *cameraInput = nullptr;
+    Pointer *pointer = nullptr;
 };

@@ -10,6 +10,18 @@ FakePlatform::FakePlatform()
 
 Platform FakePlatform::platform()
 {
-    return Platform{&defaults, &clock,       &folders, &audio,       &windows,    &screens,
-                    &version,  &permissions, &alerts,  &screenInput, &cameraInput};
+    Platform p;
+    p.defaults = &defaults;
+    p.clock = &clock;
+    p.folders = &folders;
+    p.audio = &audio;
+    p.windows = &windows;
+    p.screens = &screens;
+    p.version = &version;
+    p.permissions = &permissions;
+    p.alerts = &alerts;
+    p.screenInput = &screenInput;
+    p.cameraInput = &cameraInput;
+    p.pointer = &pointer;
+    return p;
 }

@@ -21,6 +21,7 @@ public:
     FakeSystemVersion version;
     FakePermissions permissions;
     FakeAlerts alerts;
-    FakeCaptureInput screenInput;
-    FakeCaptureInput cameraInput;
+    FakeScreenCaptureInput screenInput;
+    FakeCameraCaptureInput cameraInput;
+    FakePointer pointer;
 };

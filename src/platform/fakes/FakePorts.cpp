@@ -1,5 +1,7 @@
 #include "FakePorts.h"
 
+#include <QPainter>
+
 QVariant FakeUserDefaults::objectForKey(const QString &key) const
 {
     std::lock_guard lock(mutex_);
@@ -81,4 +83,43 @@ QVariantList FakeWindowServer::CGWindowListCopyWindowInfo(uint32_t option,
         list.append(describe(window));
     }
     return list;
+}
+
+static QImage composeWindows(const QList<FakeWindowServer::Window> &all,
+                             const QMap<CGWindowID, QColor> &colours, const QRectF &rect,
+                             const QList<CGWindowID> &wanted)
+{
+    if (rect.width() < 1 || rect.height() < 1)
+        return {};
+    QImage image(rect.size().toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    for (qsizetype i = all.size() - 1; i >= 0; --i) {
+        const FakeWindowServer::Window &w = all[i];
+        if (!wanted.contains(w.number))
+            continue;
+        painter.fillRect(w.bounds.translated(-rect.topLeft()), colours.value(w.number, Qt::gray));
+    }
+    return image;
+}
+
+QImage FakeWindowServer::CGWindowListCreateImage(const QRectF &rect, uint32_t, CGWindowID)
+{
+    imageRects.append(rect);
+    return composeWindows(windows, colours, rect,
+                          CGWindowListCreate(kCGWindowListOptionOnScreenOnly, 0));
+}
+
+QImage FakeWindowServer::CGWindowListCreateImageFromArray(const QRectF &rect,
+                                                          const QList<CGWindowID> &list, uint32_t)
+{
+    imageRects.append(rect);
+    return composeWindows(windows, colours, rect, list);
+}
+
+FakePointer::FakePointer()
+{
+    arrow.image = QImage(12, 20, QImage::Format_ARGB32_Premultiplied);
+    arrow.image.fill(Qt::black);
+    arrow.hotSpot = QPointF(1, 1);
 }

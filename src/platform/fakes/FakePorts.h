@@ -5,12 +5,14 @@
 #include "CaptureInputs.h"
 #include "Clock.h"
 #include "Permissions.h"
+#include "Pointer.h"
 #include "ScreenCatalog.h"
 #include "StandardFolders.h"
 #include "SystemVersion.h"
 #include "UserDefaults.h"
 #include "WindowServer.h"
 
+#include <QColor>
 #include <QMap>
 #include <QStringList>
 #include <atomic>
@@ -84,15 +86,32 @@ public:
     }
 };
 
-class FakeCaptureInput final : public ScreenCaptureInput, public CameraCaptureInput {
+// Records what the session asked; deliver() hands a frame to the sample callback the way
+// the capture thread would.
+class FakeScreenCaptureInput final : public ScreenCaptureInput {
 public:
+    qint64 display = 0;
+    double minFrameDuration = 0;
     QRectF cropRect;
     QStringList calls; // "start", "stop", "crop"
     bool running = false;
+    SampleCallback sampleCallback;
+    SessionEventCallback eventCallback;
+
+    void setDisplay(qint64 number) override { display = number; }
+    void setMinFrameDuration(double seconds) override { minFrameDuration = seconds; }
     void setCropRect(const QRectF &rect) override
     {
         cropRect = rect;
         calls.append(QStringLiteral("crop"));
+    }
+    void setSampleCallback(SampleCallback callback) override
+    {
+        sampleCallback = std::move(callback);
+    }
+    void setSessionEventCallback(SessionEventCallback callback) override
+    {
+        eventCallback = std::move(callback);
     }
     void startRunning() override
     {
@@ -105,6 +124,58 @@ public:
         calls.append(QStringLiteral("stop"));
     }
     bool isRunning() const override { return running; }
+    void deliver(const PixelBufferRef &frame)
+    {
+        if (sampleCallback)
+            sampleCallback(frame);
+    }
+};
+
+class FakeCameraCaptureInput final : public CameraCaptureInput {
+public:
+    QStringList names{QStringLiteral("Fake Camera")};
+    QString device;
+    QStringList calls;
+    bool running = false;
+    SampleCallback sampleCallback;
+    SessionEventCallback eventCallback;
+
+    QStringList devices() const override { return names; }
+    void setDevice(const QString &name) override { device = name; }
+    void setSampleCallback(SampleCallback callback) override
+    {
+        sampleCallback = std::move(callback);
+    }
+    void setSessionEventCallback(SessionEventCallback callback) override
+    {
+        eventCallback = std::move(callback);
+    }
+    void startRunning() override
+    {
+        running = true;
+        calls.append(QStringLiteral("start"));
+    }
+    void stopRunning() override
+    {
+        running = false;
+        calls.append(QStringLiteral("stop"));
+    }
+    bool isRunning() const override { return running; }
+    void deliver(const PixelBufferRef &frame)
+    {
+        if (sampleCallback)
+            sampleCallback(frame);
+    }
+};
+
+// A pointer at a scripted place with a small drawn arrow.
+class FakePointer final : public Pointer {
+public:
+    QPointF location;
+    CursorImage arrow;
+    FakePointer();
+    QPointF mouseLocation() const override { return location; }
+    CursorImage arrowCursor() const override { return arrow; }
 };
 
 class FakeScreens final : public ScreenCatalog {
@@ -135,4 +206,11 @@ public:
     static QVariantMap describe(const Window &window);
     QList<CGWindowID> CGWindowListCreate(uint32_t option, CGWindowID relativeToWindow) override;
     QVariantList CGWindowListCopyWindowInfo(uint32_t option, CGWindowID relativeToWindow) override;
+    // Images: each window is a solid block of its colour; the listed ones drawn bottom to top.
+    QMap<CGWindowID, QColor> colours;
+    QImage CGWindowListCreateImage(const QRectF &rect, uint32_t option,
+                                   CGWindowID relativeToWindow) override;
+    QImage CGWindowListCreateImageFromArray(const QRectF &rect, const QList<CGWindowID> &windows,
+                                            uint32_t imageOption) override;
+    QList<QRectF> imageRects; // the rectangles asked for
 };

@@ -15,16 +15,26 @@ struct LinuxPlatform::Adapters {
     LinuxSystemVersion version;
     LinuxPermissions permissions;
     MessageBoxAlerts alerts;
-    NullCaptureInput screenInput{QStringLiteral("Screen")};
-    NullCaptureInput cameraInput{QStringLiteral("Camera")};
+    NullScreenCaptureInput screenInput;
+    NullCameraCaptureInput cameraInput;
+    NullPointer pointer;
 };
 
 LinuxPlatform::LinuxPlatform() : adapters_(std::make_unique<Adapters>())
 {
     Adapters &a = *adapters_;
-    platform_ =
-        Platform{&a.defaults, &a.clock,       &a.folders, &a.audio,       &a.windows,    &a.screens,
-                 &a.version,  &a.permissions, &a.alerts,  &a.screenInput, &a.cameraInput};
+    platform_.defaults = &a.defaults;
+    platform_.clock = &a.clock;
+    platform_.folders = &a.folders;
+    platform_.audio = &a.audio;
+    platform_.windows = &a.windows;
+    platform_.screens = &a.screens;
+    platform_.version = &a.version;
+    platform_.permissions = &a.permissions;
+    platform_.alerts = &a.alerts;
+    platform_.screenInput = &a.screenInput;
+    platform_.cameraInput = &a.cameraInput;
+    platform_.pointer = &a.pointer;
 }
 
 LinuxPlatform::~LinuxPlatform() = default;
