@@ -11,7 +11,9 @@
 #include <QDateTime>
 #include <QObject>
 #include <QStringList>
+#include <atomic>
 #include <memory>
+#include <mutex>
 
 class EncodeManager;
 
@@ -79,10 +81,27 @@ public:
     QString recordCurrentTimeLabel() const { return recordCurrentTimeLabel_; }
     void setRecordFileSizeLabel(const QString &text) override;
     QString recordFileSizeLabel() const { return recordFileSizeLabel_; }
+    float fps() const override { return fps_.load(); }
+    void setFps(float fps) { fps_ = fps; }
+    qint64 framItemIndex() const override { return framItemIndex_.load(); }
+    FrameDecorations frameDecorations() const override;
+    void showCameraImage(const QImage &image, bool recordingView) override;
+    // The latest camera pictures, for the views that show them.
+    QImage floatingCameraImage() const { return floatingCameraImage_; }
+    QImage recordingCameraImage() const { return recordingCameraImage_; }
+
+    // Watermarks.
+    bool isTimeTextWatermark() const;
+    void setIsTimeTextWatermark(bool on);
+    QImage watermarkImage() const;
+    void setWatermarkImage(const QImage &image);
+    // The text in the watermark's font, colour and alpha.
+    QImage saveImageWithText(const QString &text) const;
+    // The installed font families but "Helvetica".
+    static QStringList getFontNameArray();
 
     // Fixed tables.
     QStringList frameTitles() const;
-    static const QList<qint64> &frameBitrates();
     const QStringList &fpsTitles() const { return fpsTitles_; }
     const QStringList &videoTypes() const { return videoTypes_; }
     const QStringList &audioExtensions() const { return audioExtensions_; }
@@ -97,7 +116,6 @@ public:
     bool everyTime() const { return everyTime_; }
     qint64 finshpopIndex() const { return finshpopIndex_; }
     bool autoStop_withTime() const { return autoStop_withTime_; }
-    qint64 framItemIndex() const { return framItemIndex_; }
     qint64 fpsItemIndex() const { return fpsItemIndex_; }
     qint64 videoTypeBoxIndex() const { return videoTypeBoxIndex_; }
     void setVideoTypeBoxIndex(qint64 index) { videoTypeBoxIndex_ = index; }
@@ -123,6 +141,7 @@ public:
 signals:
     void stateMenuItemsNeedRefresh();
     void recordLabelsChanged();
+    void cameraImageChanged(bool recordingView);
 
 private:
     explicit AppDelegate(const Platform &platform);
@@ -142,6 +161,14 @@ private:
     RecordOverlayWindow *recordWC_ = nullptr;
     QString recordCurrentTimeLabel_;
     QString recordFileSizeLabel_;
+    std::atomic<float> fps_{0};
+    QImage floatingCameraImage_;
+    QImage recordingCameraImage_;
+    // Guards what the compositor reads on the capture thread: the pointer options and
+    // the watermark fields below.
+    mutable std::mutex decorationsMutex_;
+    bool isTimeTextWatermark_ = false;
+    QImage watermarkImage_;
 
     QStringList fpsTitles_;
     QStringList videoTypes_;
@@ -154,7 +181,7 @@ private:
     bool everyTime_ = false;
     qint64 finshpopIndex_ = 0;
     bool autoStop_withTime_ = false;
-    qint64 framItemIndex_ = 0;
+    std::atomic<qint64> framItemIndex_{0};
     qint64 fpsItemIndex_ = 0;
     qint64 videoTypeBoxIndex_ = 0;
     qint64 audioExtensionIndex_ = 0;

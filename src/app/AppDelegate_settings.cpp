@@ -90,6 +90,8 @@ std::unique_ptr<AppDelegate> AppDelegate::create(const Platform &platform)
 
 void AppDelegate::loadSettings()
 {
+    // The compositor reads these mirrors from the capture thread.
+    std::lock_guard lock(decorationsMutex_);
     const UserDefaults &d = *platform_.defaults;
     recordEndTimeDuration_ = double(d.integerForKey(Keys::AutoStopTime));
     if (recordEndTimeDuration_ == 0)
@@ -148,6 +150,8 @@ void AppDelegate::loadSettings()
                    QStringLiteral(".flv"), QStringLiteral(".avi")};
     fpsTitles_ = {QStringLiteral("20 fps"), QStringLiteral("23.976 fps"), QStringLiteral("24 fps"),
                   QStringLiteral("25 fps"), QStringLiteral("29.97 fps"),  QStringLiteral("30 fps")};
+    // The main window's frame rate pop-up sets it again when it is built.
+    setFps(fpsFromTitle(fpsTitles_.value(int(fpsItemIndex_))));
     const bool english = Localization::isEnglishLanguage(d);
     timeFramStyles_ = {QStringLiteral("YYYY/MM/dd HH/mm/ss")};
     if (!english)
@@ -184,12 +188,6 @@ QStringList AppDelegate::frameTitles() const
     return {Localization::localizedStringForKey(QStringLiteral("Main_Fram_Original_Quality")),
             Localization::localizedStringForKey(QStringLiteral("Main_Fram_HD_Quality")),
             Localization::localizedStringForKey(QStringLiteral("Main_Fram_SD_Quality"))};
-}
-
-const QList<qint64> &AppDelegate::frameBitrates()
-{
-    static const QList<qint64> bitrates{8000, 5000, 3000};
-    return bitrates;
 }
 
 float AppDelegate::fpsFromTitle(const QString &title)

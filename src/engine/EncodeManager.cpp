@@ -45,17 +45,30 @@ void EncodeManager::setOutputPath(const QString &outputPath)
     logIfFailed(apiEncoderSetOutputPath(handle(), outputPath.toUtf8().constData()), "设置输出路径");
 }
 
+QSizeF EncodeManager::imageSize() const
+{
+    std::lock_guard lock(imageSizeMutex_);
+    return imageSize_;
+}
+
+void EncodeManager::setImageSize(const QSizeF &size)
+{
+    std::lock_guard lock(imageSizeMutex_);
+    imageSize_ = size;
+}
+
 void EncodeManager::setUpVideoSettings()
 {
     const EncoderHandle h = handle();
-    const auto width = static_cast<int32_t>(imageSize_.width());
-    const auto height = static_cast<int32_t>(imageSize_.height());
+    const QSizeF size = imageSize();
+    const auto width = static_cast<int32_t>(size.width());
+    const auto height = static_cast<int32_t>(size.height());
     logIfFailed(apiEncoderSetImageSize(h, width, height), "设置初始数据源帧大小");
     logIfFailed(apiEncoderSetImageFormat(h, MEDIAENCODER_IMAGE_FORMAT_DEFAULT), "设置输出格式");
     // The same size for the output: frames are never scaled by the library here.
     logIfFailed(apiEncoderSetOutputSize(h, width, height), "设置输出文件帧大小");
-    logIfFailed(apiEncoderSetFps(h, double(fps_)), "设置视频帧率");
-    logIfFailed(apiEncoderSetVideoBitrate(h, double(videoBitrate_)), "设置视频码率");
+    logIfFailed(apiEncoderSetFps(h, double(fps_.load())), "设置视频帧率");
+    logIfFailed(apiEncoderSetVideoBitrate(h, double(videoBitrate_.load())), "设置视频码率");
 }
 
 void EncodeManager::setUpAudioSettings()

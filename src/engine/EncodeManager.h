@@ -45,7 +45,7 @@ public:
     void setSplitTime(qint32 seconds) { splitTime_ = seconds; }
     qint32 splitSize() const { return splitSize_; }
     void setSplitSize(qint32 megabytes) { splitSize_ = megabytes; }
-    float fps() const { return fps_; }
+    float fps() const { return fps_.load(); }
     void setFps(float fps) { fps_ = fps; }
     qint32 audioBitrate() const { return audioBitrate_.load(); }
     void setAudioBitrate(qint32 bitrate) { audioBitrate_ = bitrate; }
@@ -56,10 +56,11 @@ public:
     qint32 nTotalAudiosize() const { return nTotalAudiosize_.load(); }
     EncoderHandle handle() const;
     const QString &outputPath() const { return outputPath_; }
-    qint64 videoBitrate() const { return videoBitrate_; }
+    qint64 videoBitrate() const { return videoBitrate_.load(); }
     void setVideoBitrate(qint64 bitrate) { videoBitrate_ = bitrate; }
-    QSizeF imageSize() const { return imageSize_; }
-    void setImageSize(const QSizeF &size) { imageSize_ = size; }
+    // Camera frames set the size on their own thread while idle.
+    QSizeF imageSize() const;
+    void setImageSize(const QSizeF &size);
 
 private:
     UserDefaults &defaults_;
@@ -68,7 +69,7 @@ private:
     std::atomic<bool> isWorking_{false};
     qint32 splitTime_ = 0;
     qint32 splitSize_ = 0;
-    float fps_ = 0;
+    std::atomic<float> fps_{0};
     std::atomic<qint32> audioBitrate_{12800};
     std::atomic<qint32> audioChannels_{2};
     std::atomic<qint32> audioSamples_{44100};
@@ -76,6 +77,7 @@ private:
     mutable std::mutex handleMutex_; // guards handle_ and the start/stop transitions
     EncoderHandle handle_ = nullptr;
     QString outputPath_;
-    qint64 videoBitrate_ = 0;
+    std::atomic<qint64> videoBitrate_{0};
+    mutable std::mutex imageSizeMutex_;
     QSizeF imageSize_;
 };

@@ -19,11 +19,12 @@ TNRecordManager::~TNRecordManager() = default;
 
 EncodeManager &TNRecordManager::encodeManager()
 {
-    if (!encodeManager_) {
+    // Capture threads may ask first (an idle camera configures it).
+    std::call_once(encodeManagerOnce_, [this] {
         encodeManager_ = std::make_unique<EncodeManager>(*platform_.defaults,
                                                          [this] { return recordVideoType(); });
         encodeManager_->initHandle();
-    }
+    });
     return *encodeManager_;
 }
 

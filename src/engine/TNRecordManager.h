@@ -5,14 +5,17 @@
 // Threads: the session operations run on the main thread (the thread that owns this
 // object). Frames arrive on the capture queues and read status, startDate, fileTimes,
 // captureRect and the window lists; those are atomics or behind small locks.
+#include "CaptureInputs.h"
 #include "EZAudioDevice.h"
 #include "EncodeManager.h"
+#include "PixelBuffer.h"
 #include "Platform.h"
 #include "RecordSessionHost.h"
 #include "RecordTypes.h"
 #include "ScreenCatalog.h"
 #include "WindowServer.h"
 
+#include <QImage>
 #include <QList>
 #include <QObject>
 #include <QRectF>
@@ -20,6 +23,13 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+
+class QPainter;
+
+// A new buffer holding the picture flipped left to right; null when memory runs out.
+PixelBufferRef mirrorPixelBuffer(const PixelBufferRef &source);
+// The video bit rate, kbit/s, of a quality choice (0 original, 1 HD, any other SD).
+qint64 videoBitrateForFramItemIndex(qint64 framItemIndex);
 
 class TNRecordManager : public QObject {
     Q_OBJECT
@@ -39,6 +49,29 @@ public:
 
     void captrueScreenInputEnable(bool enable);
     void captrueVideoInputEnable(bool enable);
+
+    // The receiver of all capture outputs: a picture of the screen or the camera on its
+    // queue, or a buffer of sound on the audio queue.
+    enum class CaptureOutput { Screen, Video };
+    void captureOutput(CaptureOutput output, const PixelBufferRef &frame);
+    void captureOutput(const AudioSampleBuffer &sampleBuffer);
+
+    // The compositor: the frame at captureRect's size with highlight, click ring, cursor
+    // and watermark burnt in. Null for a null source.
+    QImage appendMouseCursor(const QImage &source);
+    // The followed window's picture, composed.
+    QImage getCapturedImage();
+    // A picture over the buffer's pixels; it keeps the buffer alive.
+    static QImage imageFromPixelBuffer(const PixelBufferRef &buffer);
+    // A BGRA buffer of size (truncated) with the image drawn at its own size, from the
+    // lower left.
+    static PixelBufferRef pixelBufferFromCGImage(const QImage &image, const QSizeF &size);
+
+    // Watermark helpers.
+    QSizeF getTextWidth(const QString &text) const;
+    QImage getImageWatermark(const QString &text) const;
+    QImage getTarnelLogoImageForRecording() const;
+    QImage getWaterMarkerImageRef() const;
 
     // The selected window's current bounds, rounded down to even numbers, replace
     // captureRect; the frame path runs this for every window frame.
@@ -61,8 +94,8 @@ public:
     QList<double> fileTimes() const;
     QList<CGWindowID> desktopElements() const;
     QList<CGWindowID> onScreenWindows() const;
-    QList<CGWindowID> exceptWinodwArray() const { return exceptWinodwArray_; }
-    void setExceptWinodwArray(const QList<CGWindowID> &windows) { exceptWinodwArray_ = windows; }
+    QList<CGWindowID> exceptWinodwArray() const;
+    void setExceptWinodwArray(const QList<CGWindowID> &windows);
     bool isCursorClick() const { return isCursorClick_.load(); }
     void setIsCursorClick(bool click) { isCursorClick_ = click; }
     float cursorEffectWidth() const { return cursorEffectWidth_.load(); }
@@ -75,8 +108,12 @@ public:
     const std::optional<EZAudioDevice> &inputDevice() const { return inputDevice_; }
     const std::optional<EZAudioDevice> &outputDevice() const { return outputDevice_; }
 
-    TNRecordAudioManagerDelegate *delegate() const { return delegate_; }
+    TNRecordAudioManagerDelegate *delegate() const { return delegate_.load(); }
     void setDelegate(TNRecordAudioManagerDelegate *delegate) { delegate_ = delegate; }
+    QPointF cursorCenter() const;
+    // The camera by name; empty picks the first the input offers.
+    QString selectedVideoDevice() const;
+    void setSelectedVideoDevice(const QString &name);
 
 private:
     struct WindowMatch {
@@ -88,8 +125,24 @@ private:
     WindowMatch matchSelectedWindow(CGWindowID number);
     void walkWindowsAtStart();
 
+    bool isLive();
+    // Session events of the screen and camera inputs, on whichever thread noticed them.
+    void captureSessionEvent(CaptureSessionEvent event, const QString &error);
+    // Seconds of picture at this moment: wall clock since the stretch began, plus the
+    // closed stretches. The first live frame starts the clock.
+    double frameTimestamp();
+    // On the main thread: the buffer goes to the encoder at seconds.
+    void pushFrame(const PixelBufferRef &buffer, double seconds);
+    void pushFrameOnMainQueue(const PixelBufferRef &buffer, double seconds);
+    void reportDuration();
+    void screenRule(const PixelBufferRef &frame);
+    void cameraRule(const PixelBufferRef &frame);
+    void drawClickRing(QPainter &painter, int canvasHeight, float px, float py, float cw, float ch);
+    void drawWatermark(QImage &canvas, const FrameDecorations &decorations);
+
     Platform platform_;
     RecordSessionHost &host_;
+    std::once_flag encodeManagerOnce_;
     std::unique_ptr<EncodeManager> encodeManager_;
 
     std::atomic<bool> isWorking_{false};
@@ -104,15 +157,19 @@ private:
     std::atomic<double> startDate_{0};
     mutable std::mutex fileTimesMutex_;
     QList<double> fileTimes_;
-    TNRecordAudioManagerDelegate *delegate_ = nullptr;
-    QList<CGWindowID> exceptWinodwArray_;
-    // Guards the two window lists: a window frame in flight may walk them during a stop.
+    std::atomic<TNRecordAudioManagerDelegate *> delegate_{nullptr};
+    // Guards the three window lists: a window frame in flight may walk them during a stop.
     mutable std::mutex windowsMutex_;
     QList<CGWindowID> desktopElements_;
+    QList<CGWindowID> exceptWinodwArray_;
     QList<CGWindowID> onScreenWindows_;
     std::atomic<quint64> status_{RecordStatusIdle};
     std::optional<ScreenInfo> screen_;
     qint64 screenNumber_ = 0;
     mutable std::mutex captureRectMutex_;
     QRectF captureRect_;
+    QString selectedVideoDevice_; // also behind captureRectMutex_
+    // Written by the compositor, read by tests.
+    mutable std::mutex cursorCenterMutex_;
+    QPointF cursorCenter_;
 };

@@ -29,6 +29,18 @@ QList<CGWindowID> TNRecordManager::desktopElements() const
     return desktopElements_;
 }
 
+QList<CGWindowID> TNRecordManager::exceptWinodwArray() const
+{
+    std::lock_guard lock(windowsMutex_);
+    return exceptWinodwArray_;
+}
+
+void TNRecordManager::setExceptWinodwArray(const QList<CGWindowID> &windows)
+{
+    std::lock_guard lock(windowsMutex_);
+    exceptWinodwArray_ = windows;
+}
+
 QList<CGWindowID> TNRecordManager::onScreenWindows() const
 {
     std::lock_guard lock(windowsMutex_);

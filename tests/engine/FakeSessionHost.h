@@ -3,6 +3,7 @@
 #include "RecordSessionHost.h"
 
 #include <QStringList>
+#include <mutex>
 
 class FakeSessionHost : public RecordSessionHost, public RecordOverlayWindow {
 public:
@@ -15,6 +16,20 @@ public:
     QString windowName;
     bool overlayOpen = false;
     QString timeLabel, sizeLabel;
+    float framesPerSecond = 25;
+    qint64 quality = 0;
+    QList<QPair<QImage, bool>> cameraImages;
+
+    FrameDecorations decorations() const
+    {
+        std::lock_guard lock(mutex);
+        return frameDecorationsValue;
+    }
+    void setDecorations(const FrameDecorations &d)
+    {
+        std::lock_guard lock(mutex);
+        frameDecorationsValue = d;
+    }
 
     void setRecording(bool on) override { events << (on ? "recording:on" : "recording:off"); }
     QString outputPath() const override { return path; }
@@ -33,6 +48,18 @@ public:
     void setRecordFileSizeLabel(const QString &text) override { sizeLabel = text; }
     QString systemFreeSpace() const override { return "12.50 G"; }
 
+    float fps() const override { return framesPerSecond; }
+    qint64 framItemIndex() const override { return quality; }
+    FrameDecorations frameDecorations() const override { return decorations(); }
+    void showCameraImage(const QImage &image, bool recordingView) override
+    {
+        cameraImages.append({image, recordingView});
+    }
+
     void removeRecordScreenView() override { events << "overlay:removeView"; }
     void orderOut() override { events << "overlay:orderOut"; }
+
+private:
+    mutable std::mutex mutex;
+    FrameDecorations frameDecorationsValue;
 };

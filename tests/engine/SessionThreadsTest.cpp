@@ -21,7 +21,7 @@ TEST(SessionThreads, CaptureQueuesReadWhileTheMainThreadDrivesSessions)
     host.windowNumber = 401;
     TNRecordManager manager(fake.platform(), host);
     manager.setRecordVideoType(VideoTypeAppWindow);
-    manager.setCaptureRect(QRectF(0, 0, 2, 2));
+    manager.setCaptureRect(QRectF(0, 0, 4, 4));
     EncodeManager &encoder = manager.encodeManager();
 
     std::atomic<bool> done{false};
