@@ -94,7 +94,7 @@ public:
     bool isTimeTextWatermark() const;
     void setIsTimeTextWatermark(bool on);
     QImage watermarkImage() const;
-    void setWatermarkImage(const QImage &image);
+    void setWatermarkImage(QImage image);
     // The text in the watermark's font, colour and alpha.
     QImage saveImageWithText(const QString &text) const;
     // The installed font families but "Helvetica".
@@ -121,9 +121,12 @@ public:
     void setVideoTypeBoxIndex(qint64 index) { videoTypeBoxIndex_ = index; }
     qint64 audioExtensionIndex() const { return audioExtensionIndex_; }
     void setAudioExtensionIndex(qint64 index) { audioExtensionIndex_ = index; }
-    bool isMouseHight() const { return isMouseHight_; }
-    bool isShowMouse() const { return isShowMouse_; }
-    bool isMouseClickEffect() const { return isMouseClickEffect_; }
+    bool isMouseHight() const;
+    void setIsMouseHight(bool on);
+    bool isShowMouse() const;
+    void setIsShowMouse(bool on);
+    bool isMouseClickEffect() const;
+    void setIsMouseClickEffect(bool on);
     bool isShowReverseTime() const { return isShowReverseTime_; }
     bool isCaptrueMirror() const { return isCaptrueMirror_; }
     const WatermarkFont &textWatermarkFont() const { return textWatermarkFont_; }
@@ -132,7 +135,8 @@ public:
     float watermarkAlpha() const { return watermarkAlpha_; }
     qint64 isWatermarkShadow() const { return isWatermarkShadow_; }
     const QString &watermarkTextString() const { return watermarkTextString_; }
-    quint64 watermarkType() const { return watermarkType_; }
+    quint64 watermarkType() const;
+    void setWatermarkType(quint64 type);
     qint64 endTimeType() const { return endTimeType_; }
     bool isResetEventMonitor() const { return isResetEventMonitor_; }
     double freeSpace() const { return freeSpace_; }

@@ -28,30 +28,6 @@ void AppDelegate::showCameraImage(const QImage &image, bool recordingView)
     emit cameraImageChanged(recordingView);
 }
 
-bool AppDelegate::isTimeTextWatermark() const
-{
-    std::lock_guard lock(decorationsMutex_);
-    return isTimeTextWatermark_;
-}
-
-void AppDelegate::setIsTimeTextWatermark(bool on)
-{
-    std::lock_guard lock(decorationsMutex_);
-    isTimeTextWatermark_ = on;
-}
-
-QImage AppDelegate::watermarkImage() const
-{
-    std::lock_guard lock(decorationsMutex_);
-    return watermarkImage_;
-}
-
-void AppDelegate::setWatermarkImage(const QImage &image)
-{
-    std::lock_guard lock(decorationsMutex_);
-    watermarkImage_ = image;
-}
-
 QImage AppDelegate::saveImageWithText(const QString &text) const
 {
     return WatermarkRenderer::imageWithText(text, frameDecorations().textStyle);
@@ -63,3 +39,23 @@ QStringList AppDelegate::getFontNameArray()
     families.removeAll(QStringLiteral("Helvetica"));
     return families;
 }
+
+// The pointer and watermark options, read by the compositor on the capture thread.
+#define CAPSTAN_GUARDED_PROPERTY(Type, name, Setter)                                               \
+    Type AppDelegate::name() const                                                                 \
+    {                                                                                              \
+        std::lock_guard lock(decorationsMutex_);                                                   \
+        return name##_;                                                                            \
+    }                                                                                              \
+    void AppDelegate::Setter(Type value)                                                           \
+    {                                                                                              \
+        std::lock_guard lock(decorationsMutex_);                                                   \
+        name##_ = value;                                                                           \
+    }
+
+CAPSTAN_GUARDED_PROPERTY(bool, isMouseHight, setIsMouseHight)
+CAPSTAN_GUARDED_PROPERTY(bool, isShowMouse, setIsShowMouse)
+CAPSTAN_GUARDED_PROPERTY(bool, isMouseClickEffect, setIsMouseClickEffect)
+CAPSTAN_GUARDED_PROPERTY(quint64, watermarkType, setWatermarkType)
+CAPSTAN_GUARDED_PROPERTY(bool, isTimeTextWatermark, setIsTimeTextWatermark)
+CAPSTAN_GUARDED_PROPERTY(QImage, watermarkImage, setWatermarkImage)
