@@ -13,6 +13,8 @@ TNRecordManager::TNRecordManager(const Platform &platform, RecordSessionHost &ho
 {
     inputDevice_ = EZAudioDevice::currentInputDevice(*platform_.audio);
     outputDevice_ = EZAudioDevice::currentOutputDevice(*platform_.audio);
+    // The aggregates exist (or are rebuilt after a crash) from the first moment of a run.
+    prepareDevice();
 }
 
 TNRecordManager::~TNRecordManager() = default;

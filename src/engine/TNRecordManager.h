@@ -73,6 +73,43 @@ public:
     QImage getTarnelLogoImageForRecording() const;
     QImage getWaterMarkerImageRef() const;
 
+    // Audio routing (main thread): finds the physical devices and builds the aggregates
+    // around the loopback device; codes 0, 80, 81, 82, 90, 91 as logged.
+    void prepareDevice();
+    int prepareDevice(const QString &inputName, const QString &outputName);
+    int loadEZAudioInputDevice(const QString &inputName);
+    void loadMRInputDevice();
+    int loadEZAudioOutputDevice(const QString &outputName);
+    void loadMROutPutDevice();
+    int32_t switchRecordType(quint64 type);
+    OSStatus setSystemDefaultOutPut(const EZAudioDevice &device);
+    OSStatus setSystemDefaultInput(const EZAudioDevice &device);
+    OSStatus createAggregateDevice(const QString &name, const QString &firstUID,
+                                   const QString &secondUID, bool isOut);
+    OSStatus destroyAggregateDevice(AudioDeviceID deviceID);
+    bool hasInstallSoundFlower() const;
+    QList<EZAudioDevice> inputDevices() const;
+    QList<EZAudioDevice> outputDevices() const;
+    // The quit's clean-up: both aggregates, by their exact names.
+    void destroyAggregatesAtQuit();
+
+    const std::optional<EZAudioDevice> &builtInputDevice() const { return builtInputDevice_; }
+    const std::optional<EZAudioDevice> &builtOutputDevice() const { return builtOutputDevice_; }
+    const std::optional<EZAudioDevice> &soundflowerInputDevcie() const
+    {
+        return soundflowerInputDevcie_;
+    }
+    const std::optional<EZAudioDevice> &aggregateInputDevcie() const
+    {
+        return aggregateInputDevcie_;
+    }
+    const std::optional<EZAudioDevice> &aggregateOutputDevice() const
+    {
+        return aggregateOutputDevice_;
+    }
+    const std::optional<EZAudioDevice> &selectInputDevice() const { return selectInputDevice_; }
+    const std::optional<EZAudioDevice> &selectOutputDevice() const { return selectOutputDevice_; }
+
     // The selected window's current bounds, rounded down to even numbers, replace
     // captureRect; the frame path runs this for every window frame.
     void followSelectedWindow();
@@ -126,6 +163,7 @@ private:
     void walkWindowsAtStart();
 
     bool isLive();
+    OSStatus setDefaultDevice(AudioObjectPropertySelector selector, AudioDeviceID deviceID);
     // Session events of the screen and camera inputs, on whichever thread noticed them.
     void captureSessionEvent(CaptureSessionEvent event, const QString &error);
     // Seconds of picture at this moment: wall clock since the stretch began, plus the
@@ -152,6 +190,14 @@ private:
     std::atomic<float> cursorEffectWidth_{0};
     std::optional<EZAudioDevice> inputDevice_;
     std::optional<EZAudioDevice> outputDevice_;
+    // Routing references; main thread only.
+    std::optional<EZAudioDevice> builtInputDevice_;
+    std::optional<EZAudioDevice> builtOutputDevice_;
+    std::optional<EZAudioDevice> soundflowerInputDevcie_;
+    std::optional<EZAudioDevice> aggregateInputDevcie_;
+    std::optional<EZAudioDevice> aggregateOutputDevice_;
+    std::optional<EZAudioDevice> selectInputDevice_;
+    std::optional<EZAudioDevice> selectOutputDevice_;
     std::atomic<quint64> recordAudioType_{AudioTypeSystem};
     std::atomic<quint64> recordVideoType_{VideoTypeFullScreen};
     std::atomic<double> startDate_{0};

@@ -91,8 +91,10 @@ public:
                                                 const AudioObjectPropertyAddress *address,
                                                 UInt32 qualifierDataSize, const void *qualifierData,
                                                 UInt32 dataSize, const void *data) = 0;
-    // description: "name", "uid", "subdevices" (list of UIDs, first is the clock master),
-    // "private", "stacked" as the routing asks.
+    // description: "name", "uid", "subdevices" (a list of maps {"uid": UID}, the first one
+    // the physical device), "master" (the first UID), and "stacked" = 1 for a device that
+    // plays to all its subdevices at once (an output aggregate); without "stacked" the
+    // device records from all its subdevices (an input aggregate).
     virtual OSStatus AudioHardwareCreateAggregateDevice(const QVariantMap &description,
                                                         AudioObjectID *outDeviceID) = 0;
     virtual OSStatus AudioHardwareDestroyAggregateDevice(AudioObjectID deviceID) = 0;
