@@ -90,6 +90,35 @@ public:
     QImage floatingCameraImage() const { return floatingCameraImage_; }
     QImage recordingCameraImage() const { return recordingCameraImage_; }
 
+    // Sound devices as last stored, and the sound choices (AppDelegate_audio.cpp).
+    qsizetype inputDevicesCount() const override { return inputDevices_.size(); }
+    qsizetype outputDevicesCount() const override { return outputDevices_.size(); }
+    const QList<EZAudioDevice> &inputDevices() const { return inputDevices_; }
+    const QList<EZAudioDevice> &outputDevices() const { return outputDevices_; }
+    void storeDeviceLists(const QList<EZAudioDevice> &inputs,
+                          const QList<EZAudioDevice> &outputs) override;
+    void recordScreenClicked() override;
+    void showMicrophoneMissing() override;
+    void selectSystemAudioItem() override;
+    // The choice by index of the sound pop-up (0 blank, 1 system, 2 microphone, 3 both,
+    // 4 none).
+    void audioChangeAction(int index);
+    // The two on/off pop-ups of camera mode (1 on, 2 off); each action has its own table.
+    void systemAudioBoxChange(int systemIndex, int micphoneIndex);
+    void micphoneBoxChange(int systemIndex, int micphoneIndex);
+    int audioItemIndex() const { return audioItemIndex_; }
+    QString audioIm() const { return audioIm_; }
+
+    // The level views; the bars and the waveform come with the main window.
+    QSizeF voiceContentViewSize() const override;
+    void setVoiceContentViewSize(const QSizeF &size);
+    bool voiceContentViewIsLocked() const override { return voiceContentViewLocked_; }
+    void setVoiceContentViewLocked(bool locked) { voiceContentViewLocked_ = locked; }
+    void appendWaveformValue(double value) override;
+    void updateSampleData() override { emit sampleDataChanged(); }
+    void setProgress(LevelBar bar, float value) override { progress_[int(bar)] = value; }
+    float progress(LevelBar bar) const { return progress_[int(bar)]; }
+
     // Watermarks.
     bool isTimeTextWatermark() const;
     void setIsTimeTextWatermark(bool on);
@@ -146,12 +175,14 @@ signals:
     void stateMenuItemsNeedRefresh();
     void recordLabelsChanged();
     void cameraImageChanged(bool recordingView);
+    void sampleDataChanged();
 
 private:
     explicit AppDelegate(const Platform &platform);
     static void establishDefaults(UserDefaults &defaults);
     void loadSettings();
     bool permissionGranted(MediaType type, bool showAlert, MediaType requestType);
+    void applyBoxAudioType(quint64 type);
 
     Platform platform_;
     std::unique_ptr<TNRecordManager> recordManager_;
@@ -166,6 +197,15 @@ private:
     QString recordCurrentTimeLabel_;
     QString recordFileSizeLabel_;
     std::atomic<float> fps_{0};
+    QList<EZAudioDevice> inputDevices_;
+    QList<EZAudioDevice> outputDevices_;
+    int audioItemIndex_ = 0;
+    QString audioIm_;
+    mutable std::mutex voiceMutex_; // the view's size and the waveform's values
+    QSizeF voiceContentViewSize_;
+    QList<double> waveformValues_;
+    std::atomic<bool> voiceContentViewLocked_{false};
+    std::atomic<float> progress_[3] = {0.0f, 0.0f, 0.0f};
     QImage floatingCameraImage_;
     QImage recordingCameraImage_;
     // Guards what the compositor reads on the capture thread: the pointer options and

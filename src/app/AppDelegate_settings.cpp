@@ -1,6 +1,7 @@
 // The settings model: defaults at first run, the mirrors, the fixed tables.
 #include "AppDelegate.h"
 
+#include "AudioDeviceNames.h"
 #include "EZAudioDevice.h"
 #include "Localization.h"
 #include "SettingsKeys.h"
@@ -85,6 +86,9 @@ std::unique_ptr<AppDelegate> AppDelegate::create(const Platform &platform)
     establishDefaults(*platform.defaults);
     std::unique_ptr<AppDelegate> delegate(new AppDelegate(platform));
     delegate->loadSettings();
+    // The base the device watch compares with.
+    TNRecordManager &manager = *delegate->recordManager();
+    delegate->storeDeviceLists(manager.inputDevices(), manager.outputDevices());
     return delegate;
 }
 
@@ -164,22 +168,14 @@ void AppDelegate::loadSettings()
 
 bool AppDelegate::hasMicrophone() const
 {
-    static const QStringList knownNames{
-        QStringLiteral("外置麦克风"), QStringLiteral("External Microphone"),
-        QStringLiteral("Built-in Microphone"), QStringLiteral("内建麦克风")};
+    using namespace AudioDeviceNames;
     const QList<EZAudioDevice> inputs = EZAudioDevice::inputDevices(*platform_.audio);
     for (const EZAudioDevice &device : inputs)
-        if (knownNames.contains(device.name()))
+        if (isFirstPassMicrophone(device.name()))
             return true;
-    for (const EZAudioDevice &device : inputs) {
-        if (device.UID() == QLatin1String("BlackHole2ch_UID"))
+    for (const EZAudioDevice &device : inputs)
+        if (device.UID() == kLoopbackUID || isSecondPassMicrophone(device.name()))
             return true;
-        const QString &name = device.name();
-        if (name.endsWith(QLatin1String("Microphone")) || name.endsWith(QStringLiteral("麦克风")) ||
-            name.endsWith(QStringLiteral("咪高風")) ||
-            name.toLower().startsWith(QLatin1String("macbook")))
-            return true;
-    }
     return false;
 }
 

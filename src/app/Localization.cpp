@@ -17,6 +17,8 @@ QString localizedStringForKey(const QString &key)
         {QStringLiteral("Main_Fram_HD_Quality"), QStringLiteral("HD")},
         {QStringLiteral("Main_Fram_SD_Quality"), QStringLiteral("SD")},
         {QStringLiteral("Alert_Title"), QStringLiteral("Capstan")},
+        {QStringLiteral("Alert_Mic_Message"),
+         QStringLiteral("No microphone was found. Connect one and choose it again.")},
         {QStringLiteral("Alert_DisAble_Message"),
          QStringLiteral("Capstan may not use this device. Allow it in the system settings.")},
     };

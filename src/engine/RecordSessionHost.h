@@ -1,8 +1,12 @@
 #pragma once
 // What the recording session asks of the application controller, and what it tells it.
 // AppDelegate answers in the program; unit tests of the engine answer with a fake.
+#include "EZAudioDevice.h"
+
 #include <QColor>
 #include <QImage>
+#include <QList>
+#include <QSizeF>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
@@ -36,6 +40,9 @@ struct FrameDecorations {
     TextWatermarkStyle textStyle;
 };
 
+// The level bars: the main window's, and the two of camera mode.
+enum class LevelBar { Main, System, Micphone };
+
 class RecordSessionHost {
 public:
     virtual ~RecordSessionHost() = default;
@@ -63,6 +70,25 @@ public:
     // A camera picture for the floating camera window, or (recordingView) for the main
     // window's camera view; called on the main thread.
     virtual void showCameraImage(const QImage &image, bool recordingView) = 0;
+
+    // Sound devices as last stored: the base of the device watch's comparison.
+    virtual qsizetype inputDevicesCount() const = 0;
+    virtual qsizetype outputDevicesCount() const = 0;
+    virtual void storeDeviceLists(const QList<EZAudioDevice> &inputs,
+                                  const QList<EZAudioDevice> &outputs) = 0;
+    // A vanished microphone: the running recording is stopped and the user told; the
+    // sound choice shows system sound again.
+    virtual void recordScreenClicked() = 0;
+    virtual void showMicrophoneMissing() = 0;
+    virtual void selectSystemAudioItem() = 0;
+
+    // The level views. Size and lock are read and values fed from the audio thread;
+    // updateSampleData runs on the main thread; setProgress from any thread.
+    virtual QSizeF voiceContentViewSize() const = 0;
+    virtual bool voiceContentViewIsLocked() const = 0;
+    virtual void appendWaveformValue(double value) = 0;
+    virtual void updateSampleData() = 0;
+    virtual void setProgress(LevelBar bar, float value) = 0;
 };
 
 // Receiver of the running time, in whole seconds recorded.

@@ -25,6 +25,7 @@
 #include <optional>
 
 class QPainter;
+class QTimer;
 
 // A new buffer holding the picture flipped left to right; null when memory runs out.
 PixelBufferRef mirrorPixelBuffer(const PixelBufferRef &source);
@@ -49,6 +50,16 @@ public:
 
     void captrueScreenInputEnable(bool enable);
     void captrueVideoInputEnable(bool enable);
+    // The sound session (main thread); see TNRecordManager_audio.cpp.
+    void captrueAudioInputEnable(bool enable);
+    void captrueAudioInputEnable();
+    void startCapture();
+    void setupAudioSettings();
+    // The level of a buffer, shown on the bars (and the waveform in audio-only mode); on
+    // the audio thread.
+    void audioVolum(const AudioSampleBuffer &sampleBuffer);
+    // A second level computation, on 16-bit samples; no flow uses it.
+    bool isQuite(const QByteArray &data);
 
     // The receiver of all capture outputs: a picture of the screen or the camera on its
     // queue, or a buffer of sound on the audio queue.
@@ -164,8 +175,13 @@ private:
 
     bool isLive();
     OSStatus setDefaultDevice(AudioObjectPropertySelector selector, AudioDeviceID deviceID);
-    // Session events of the screen and camera inputs, on whichever thread noticed them.
+    // Session events of the three inputs come to the main thread; an error with a changed
+    // number of output devices runs the device recovery.
+    void postSessionEvent(CaptureSessionEvent event, const QString &error);
     void captureSessionEvent(CaptureSessionEvent event, const QString &error);
+    void checkAudioDevices();
+    void recoverAudioDevices(const QList<EZAudioDevice> &inputs);
+    void showLevel(float level, double waveformValue);
     // Seconds of picture at this moment: wall clock since the stretch began, plus the
     // closed stretches. The first live frame starts the clock.
     double frameTimestamp();
@@ -198,6 +214,8 @@ private:
     std::optional<EZAudioDevice> aggregateOutputDevice_;
     std::optional<EZAudioDevice> selectInputDevice_;
     std::optional<EZAudioDevice> selectOutputDevice_;
+    bool audioDeviceInput_ = false;
+    QList<QTimer *> checkAudioDeviceTimers_;
     std::atomic<quint64> recordAudioType_{AudioTypeSystem};
     std::atomic<quint64> recordVideoType_{VideoTypeFullScreen};
     std::atomic<double> startDate_{0};

@@ -51,7 +51,7 @@ void TNRecordManager::captrueScreenInputEnable(bool enable)
     input.setSampleCallback(
         [this](const PixelBufferRef &frame) { captureOutput(CaptureOutput::Screen, frame); });
     input.setSessionEventCallback([this](CaptureSessionEvent event, const QString &error) {
-        captureSessionEvent(event, error);
+        postSessionEvent(event, error);
     });
     input.startRunning();
 }
@@ -77,28 +77,10 @@ void TNRecordManager::captrueVideoInputEnable(bool enable)
     input.setSampleCallback(
         [this](const PixelBufferRef &frame) { captureOutput(CaptureOutput::Video, frame); });
     input.setSessionEventCallback([this](CaptureSessionEvent event, const QString &error) {
-        captureSessionEvent(event, error);
+        postSessionEvent(event, error);
     });
     QDLOG_HERE();
     input.startRunning();
-}
-
-void TNRecordManager::captureSessionEvent(CaptureSessionEvent event, const QString &error)
-{
-    switch (event) {
-    case CaptureSessionEvent::DidStopRunning:
-        // The session's input and output go with it; a later enable makes new ones.
-        QDLOG_HERE();
-        return;
-    case CaptureSessionEvent::RuntimeError:
-    case CaptureSessionEvent::DidStartRunning:
-        if (error.isEmpty())
-            return;
-        NSLog(lcEngine, "error:%s", qUtf8Printable(error));
-        QDLog::showMessage(
-            QString::asprintf("%s %d error:%s", __func__, __LINE__, qUtf8Printable(error)));
-        return;
-    }
 }
 
 QString TNRecordManager::selectedVideoDevice() const

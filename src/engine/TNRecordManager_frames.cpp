@@ -64,13 +64,19 @@ void TNRecordManager::captureOutput(CaptureOutput output, const PixelBufferRef &
     // An idle or starting screen session arms the clock; the start clears it again.
     if (output == CaptureOutput::Screen && startDate_ == 0)
         startDate_ = platform_.clock->now();
+    // What is left meters as a buffer without sound.
+    audioVolum(AudioSampleBuffer{});
 }
 
 void TNRecordManager::captureOutput(const AudioSampleBuffer &sampleBuffer)
 {
-    if (!isLive() || recordAudioType() == AudioTypeNone)
+    if (!isLive() || recordAudioType() == AudioTypeNone) {
+        // Idle or paused: the meter keeps moving.
+        audioVolum(sampleBuffer);
         return;
+    }
     QDLog::showMessage(QString::asprintf("%s %d 采集音频数据", __func__, __LINE__));
+    audioVolum(sampleBuffer);
     QDLog::showMessage(QString::asprintf("%s %d 开始编码音频数据", __func__, __LINE__));
     encodeManager().encoderPushAudio(sampleBuffer);
     reportDuration();

@@ -6,6 +6,7 @@
 // Runs on the main thread; the two delayed loads come back to it by a timer.
 #include "TNRecordManager.h"
 
+#include "AudioDeviceNames.h"
 #include "Log.h"
 
 #include <QTimer>
@@ -13,35 +14,11 @@
 
 using capstan::NSLog;
 
+using namespace AudioDeviceNames;
+
 namespace {
 
-const QString kInputAggregate = QStringLiteral("MR-InputDevice");
-const QString kOutputAggregate = QStringLiteral("MR-OutputDevice");
-const QString kLoopbackName = QStringLiteral("BlackHole 2ch");
-const QString kLoopbackUID = QStringLiteral("BlackHole2ch_UID");
 constexpr int kAggregateListingDelayMs = 500;
-
-bool isFirstPassMicrophone(const QString &name)
-{
-    static const QStringList names{
-        QStringLiteral("外置麦克风"), QStringLiteral("External Microphone"),
-        QStringLiteral("Built-in Microphone"), QStringLiteral("内建麦克风")};
-    return names.contains(name);
-}
-
-bool isSecondPassMicrophone(const QString &name)
-{
-    return name.endsWith(QStringLiteral("Microphone")) ||
-           name.toLower().startsWith(QStringLiteral("macbook")) ||
-           name.endsWith(QStringLiteral("麦克风")) || name.endsWith(QStringLiteral("咪高風"));
-}
-
-bool isFirstPassOutput(const QString &name)
-{
-    return name.endsWith(QStringLiteral("耳机")) || name.endsWith(QStringLiteral("耳筒")) ||
-           name.endsWith(QStringLiteral("Headphones")) ||
-           name == QStringLiteral("Built-in Output") || name == QStringLiteral("内建输出");
-}
 
 // The first device whose name begins with prefix.
 std::optional<EZAudioDevice> firstNamed(const QList<EZAudioDevice> &devices, const QString &prefix)

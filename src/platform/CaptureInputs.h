@@ -1,7 +1,9 @@
 #pragma once
-// Ports: the screen and camera capture inputs. Each delivers BGRA frames on its own
-// serial thread ("ScreenOutputQueue", "VideoOutputQueue") to the sample callback,
+// Ports: the screen, camera and sound capture inputs. The picture inputs deliver BGRA
+// frames on their own serial thread ("ScreenOutputQueue", "VideoOutputQueue"), the sound
+// input buffers of samples on "AudioDataOutputQueue", to the sample callback,
 // and posts session events from whichever thread notices them.
+#include "AudioSampleBuffer.h"
 #include "PixelBuffer.h"
 
 #include <QRectF>
@@ -43,6 +45,26 @@ public:
     virtual void setSampleCallback(SampleCallback callback) = 0;
     virtual void setSessionEventCallback(SessionEventCallback callback) = 0;
     virtual void startRunning() = 0;
+    virtual void stopRunning() = 0;
+    virtual bool isRunning() const = 0;
+};
+
+using AudioSampleCallback = std::function<void(const AudioSampleBuffer &buffer)>;
+
+// Sound from one capture device: 32-bit signed samples, planar, at the format asked for.
+class AudioCaptureInput {
+public:
+    virtual ~AudioCaptureInput() = default;
+    // The capture devices' display names; they match the hardware layer's device names.
+    virtual QStringList devices() const = 0;
+    virtual QString defaultDevice() const = 0;
+    // False when the device cannot be opened.
+    virtual bool setDevice(const QString &name) = 0;
+    virtual void setFormat(int sampleRate, int channels) = 0;
+    virtual void setSampleCallback(AudioSampleCallback callback) = 0;
+    virtual void setSessionEventCallback(SessionEventCallback callback) = 0;
+    virtual void startRunning() = 0;
+    // Blocks until no callback runs any more.
     virtual void stopRunning() = 0;
     virtual bool isRunning() const = 0;
 };

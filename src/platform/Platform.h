@@ -13,6 +13,7 @@ class Permissions;
 class Alerts;
 class ScreenCaptureInput;
 class CameraCaptureInput;
+class AudioCaptureInput;
 class Pointer;
 
 struct Platform {
@@ -27,5 +28,6 @@ struct Platform {
     Alerts *alerts = nullptr;
     ScreenCaptureInput *screenInput = nullptr;
     CameraCaptureInput *cameraInput = nullptr;
+    AudioCaptureInput *audioInput = nullptr;
     Pointer *pointer = nullptr;
 };

@@ -3,6 +3,7 @@
 #include "RecordSessionHost.h"
 
 #include <QStringList>
+#include <atomic>
 #include <mutex>
 
 class FakeSessionHost : public RecordSessionHost, public RecordOverlayWindow {
@@ -19,6 +20,13 @@ public:
     float framesPerSecond = 25;
     qint64 quality = 0;
     QList<QPair<QImage, bool>> cameraImages;
+    qsizetype storedInputs = 0;
+    qsizetype storedOutputs = 0;
+    QSizeF voiceViewSize;
+    std::atomic<bool> voiceViewLocked{false};
+    QList<double> waveform;
+    std::atomic<float> progress[3] = {-1.0f, -1.0f, -1.0f};
+    float progressOf(LevelBar bar) const { return progress[int(bar)]; }
 
     FrameDecorations decorations() const
     {
@@ -55,6 +63,23 @@ public:
     {
         cameraImages.append({image, recordingView});
     }
+
+    qsizetype inputDevicesCount() const override { return storedInputs; }
+    qsizetype outputDevicesCount() const override { return storedOutputs; }
+    void storeDeviceLists(const QList<EZAudioDevice> &in, const QList<EZAudioDevice> &out) override
+    {
+        storedInputs = in.size();
+        storedOutputs = out.size();
+        events << QStringLiteral("storeDeviceLists");
+    }
+    void recordScreenClicked() override { events << "recordScreenClicked"; }
+    void showMicrophoneMissing() override { events << "alert:Alert_Mic_Message"; }
+    void selectSystemAudioItem() override { events << "audioItem:1"; }
+    QSizeF voiceContentViewSize() const override { return voiceViewSize; }
+    bool voiceContentViewIsLocked() const override { return voiceViewLocked; }
+    void appendWaveformValue(double value) override { waveform.append(value); }
+    void updateSampleData() override { events << "updateSampleData"; }
+    void setProgress(LevelBar bar, float value) override { progress[int(bar)] = value; }
 
     void removeRecordScreenView() override { events << "overlay:removeView"; }
     void orderOut() override { events << "overlay:orderOut"; }

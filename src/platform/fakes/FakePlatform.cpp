@@ -22,6 +22,7 @@ Platform FakePlatform::platform()
     p.alerts = &alerts;
     p.screenInput = &screenInput;
     p.cameraInput = &cameraInput;
+    p.audioInput = &audioInput;
     p.pointer = &pointer;
     return p;
 }

@@ -23,5 +23,6 @@ public:
     FakeAlerts alerts;
     FakeScreenCaptureInput screenInput;
     FakeCameraCaptureInput cameraInput;
+    FakeAudioCaptureInput audioInput;
     FakePointer pointer;
 };

@@ -168,6 +168,58 @@ public:
     }
 };
 
+// Sound capture devices by name; deliver() hands a buffer to the sample callback.
+class FakeAudioCaptureInput final : public AudioCaptureInput {
+public:
+    QStringList names;
+    QString defaultName;
+    QString device;
+    int sampleRate = 0;
+    int channels = 0;
+    QStringList calls; // "device:NAME", "start", "stop"
+    std::atomic<bool> running{false};
+    AudioSampleCallback sampleCallback;
+    SessionEventCallback eventCallback;
+
+    QStringList devices() const override { return names; }
+    QString defaultDevice() const override { return defaultName; }
+    bool setDevice(const QString &name) override
+    {
+        device = name;
+        calls.append(QStringLiteral("device:") + name);
+        return names.contains(name);
+    }
+    void setFormat(int rate, int channelCount) override
+    {
+        sampleRate = rate;
+        channels = channelCount;
+    }
+    void setSampleCallback(AudioSampleCallback callback) override
+    {
+        sampleCallback = std::move(callback);
+    }
+    void setSessionEventCallback(SessionEventCallback callback) override
+    {
+        eventCallback = std::move(callback);
+    }
+    void startRunning() override
+    {
+        running = true;
+        calls.append(QStringLiteral("start"));
+    }
+    void stopRunning() override
+    {
+        running = false;
+        calls.append(QStringLiteral("stop"));
+    }
+    bool isRunning() const override { return running; }
+    void deliver(const AudioSampleBuffer &buffer)
+    {
+        if (sampleCallback)
+            sampleCallback(buffer);
+    }
+};
+
 // A pointer at a scripted place with a small drawn arrow.
 class FakePointer final : public Pointer {
 public:

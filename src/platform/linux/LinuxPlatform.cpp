@@ -17,6 +17,7 @@ struct LinuxPlatform::Adapters {
     MessageBoxAlerts alerts;
     NullScreenCaptureInput screenInput;
     NullCameraCaptureInput cameraInput;
+    NullAudioCaptureInput audioInput;
     NullPointer pointer;
 };
 
@@ -34,6 +35,7 @@ LinuxPlatform::LinuxPlatform() : adapters_(std::make_unique<Adapters>())
     platform_.alerts = &a.alerts;
     platform_.screenInput = &a.screenInput;
     platform_.cameraInput = &a.cameraInput;
+    platform_.audioInput = &a.audioInput;
     platform_.pointer = &a.pointer;
 }
 
