@@ -90,6 +90,10 @@ public:
     QImage floatingCameraImage() const { return floatingCameraImage_; }
     QImage recordingCameraImage() const { return recordingCameraImage_; }
 
+    // The end of a run: the sound session stops and the two aggregates go.
+    void applicationWillTerminate();
+    bool applicationShouldTerminateAfterLastWindowClosed();
+
     // Sound devices as last stored, and the sound choices (AppDelegate_audio.cpp).
     qsizetype inputDevicesCount() const override { return inputDevices_.size(); }
     qsizetype outputDevicesCount() const override { return outputDevices_.size(); }

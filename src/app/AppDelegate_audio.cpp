@@ -14,6 +14,19 @@ constexpr qsizetype kWaveformBacklog = 4096;
 
 } // namespace
 
+void AppDelegate::applicationWillTerminate()
+{
+    applicationShouldTerminateAfterLastWindowClosed();
+}
+
+bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed()
+{
+    TNRecordManager &manager = *recordManager();
+    manager.captrueAudioInputEnable(false);
+    manager.destroyAggregatesAtQuit();
+    return true;
+}
+
 void AppDelegate::storeDeviceLists(const QList<EZAudioDevice> &inputs,
                                    const QList<EZAudioDevice> &outputs)
 {

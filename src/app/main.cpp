@@ -43,5 +43,7 @@ int main(int argc, char *argv[])
     AppDelegate *delegate = AppDelegate::sharedInstance();
     logScreensAndDevices(delegate->platform());
     NSLog(lcApp, "ready");
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    delegate->applicationWillTerminate();
+    return status;
 }
