@@ -12,20 +12,20 @@ run_once() { # SIGNAL
   HOME="$home" XDG_CONFIG_HOME="$home/.config" XDG_CACHE_HOME="$home/.cache" \
     QT_QPA_PLATFORM=xcb "$capstan" >"$log" 2>&1 &
   pid=$!
-  for _ in $(seq 100); do grep -q '^ready$' "$log" && break; sleep 0.1; done
-  grep -q '^ready$' "$log" || { echo "not ready:"; cat "$log"; kill -KILL $pid; exit 1; }
+  for _ in $(seq 100); do grep -q '^capstan.app: ready$' "$log" && break; sleep 0.1; done
+  grep -q '^capstan.app: ready$' "$log" || { echo "not ready:"; cat "$log"; kill -KILL $pid; exit 1; }
   kill "-$1" $pid
   status=0
   wait $pid || status=$?
   cat "$log"
   [ $status = 0 ] || { echo "exit status $status after SIG$1"; exit 1; }
-  grep -q "^signal .*: quitting$" "$log" || { echo "no quit line"; exit 1; }
+  grep -q "^capstan.app: signal .*: quitting$" "$log" || { echo "no quit line"; exit 1; }
 }
 
 run_once INT
-grep -q '^screens: 2$' "$home/capstan-INT.log" || { echo "expected the two test monitors"; exit 1; }
-grep -q '^sound devices: ' "$home/capstan-INT.log"
-conf="$home/.config/Capstan/Capstan.conf"
+grep -q '^capstan.app: screens: 2$' "$home/capstan-INT.log" || { echo "expected the two test monitors"; exit 1; }
+grep -q '^capstan.app: sound devices: ' "$home/capstan-INT.log"
+conf="$home/.config/Capstan/Capstan.ini"
 [ -f "$conf" ] || { echo "no settings written at $conf"; exit 1; }
 grep -q '^IsFirstRun=1$' "$conf"
 grep -q '^FpsItemIndex=3$' "$conf"

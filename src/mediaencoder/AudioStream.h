@@ -1,0 +1,44 @@
+#pragma once
+// The sound side: interleaved 32-bit samples resampled to what the encoder takes,
+// cut into the encoder's frame size and encoded; timed by the sample count.
+#include "AvPointers.h"
+#include "ContainerChoice.h"
+#include "VideoStream.h"
+
+namespace mediaencoder {
+
+struct AudioSettings {
+    int sourceChannels = 2;
+    int sourceRate = 44100;
+    int channels = 2;
+    int rate = 44100;
+    int64_t bitrate = 128000; // bit/s
+    AudioCodec codec = AudioCodec::AAC;
+    bool globalHeader = false;
+};
+
+class AudioStream {
+public:
+    bool open(const AudioSettings &settings);
+    AVCodecContext *context() const { return context_.get(); }
+    // Interleaved 32-bit samples of the source format; whole frames are encoded.
+    int push(const uint8_t *samples, int bytes, const PacketSink &sink);
+    // The rest, then the encoder's own delay.
+    int flush(const PacketSink &sink);
+    // Samples (per channel, at the encoder's rate) handed to the encoder so far.
+    int64_t samplesEncoded() const { return nextPts_; }
+
+private:
+    int encodeFrames(bool all, const PacketSink &sink);
+    int send(AVFrame *frame, const PacketSink &sink);
+
+    AudioSettings settings_;
+    CodecContextPtr context_;
+    ResamplerPtr resampler_;
+    FifoPtr fifo_;
+    PacketPtr packet_ = makePacket();
+    int frameSize_ = 1024;
+    int64_t nextPts_ = 0;
+};
+
+} // namespace mediaencoder
