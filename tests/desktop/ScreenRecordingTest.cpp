@@ -6,6 +6,7 @@
 #include "MediaProbe.h"
 #include "Pointer.h"
 #include "ScreenCatalog.h"
+#include "UserDefaults.h"
 
 #include <QDir>
 #include <QPainter>
@@ -112,7 +113,7 @@ protected:
     {
         window.setGeometry(x, y, w, h);
         window.show();
-        QTest::qWaitForWindowExposed(&window, 5000);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, 5000));
         xdotool({"windowmove", QString::number(window.winId()), QString::number(x),
                  QString::number(y)});
         QTest::qWait(400);

@@ -1,0 +1,91 @@
+#include "XcbConnection.h"
+
+#include <cstring>
+
+namespace x11 {
+
+XcbConnection::XcbConnection()
+{
+    connection_ = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(connection_))
+        return;
+    const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    root_ = screen->root;
+    rootDepth_ = screen->root_depth;
+}
+
+XcbConnection::~XcbConnection()
+{
+    xcb_disconnect(connection_);
+}
+
+bool XcbConnection::isValid() const
+{
+    return connection_ && !xcb_connection_has_error(connection_);
+}
+
+QRect XcbConnection::rootGeometry() const
+{
+    auto geometry =
+        reply(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root_), nullptr));
+    return geometry ? QRect(0, 0, geometry->width, geometry->height) : QRect();
+}
+
+xcb_atom_t XcbConnection::atom(const char *name) const
+{
+    auto answer = reply(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 0, uint16_t(std::strlen(name)), name), nullptr));
+    return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+std::vector<uint32_t> XcbConnection::cardinals(xcb_window_t window, xcb_atom_t property,
+                                               xcb_atom_t type) const
+{
+    auto answer = reply(xcb_get_property_reply(
+        connection_, xcb_get_property(connection_, 0, window, property, type, 0, 4096), nullptr));
+    if (!answer || answer->format != 32)
+        return {};
+    const auto *values = static_cast<const uint32_t *>(xcb_get_property_value(answer.get()));
+    return std::vector<uint32_t>(values, values + xcb_get_property_value_length(answer.get()) / 4);
+}
+
+QByteArray XcbConnection::bytes(xcb_window_t window, xcb_atom_t property) const
+{
+    auto answer = reply(xcb_get_property_reply(
+        connection_,
+        xcb_get_property(connection_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 4096),
+        nullptr));
+    if (!answer || answer->format != 8)
+        return {};
+    return QByteArray(static_cast<const char *>(xcb_get_property_value(answer.get())),
+                      xcb_get_property_value_length(answer.get()));
+}
+
+QImage XcbConnection::image(xcb_drawable_t drawable, const QRect &rect) const
+{
+    if (rect.isEmpty())
+        return {};
+    auto answer = reply(xcb_get_image_reply(
+        connection_,
+        xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, int16_t(rect.x()),
+                      int16_t(rect.y()), uint16_t(rect.width()), uint16_t(rect.height()), ~0u),
+        nullptr));
+    if (!answer)
+        return {};
+    const int length = xcb_get_image_data_length(answer.get());
+    if (length < rect.width() * rect.height() * 4)
+        return {};
+    // 32 bits per pixel, B, G, R, X in memory: the X byte is made opaque.
+    QImage picture(rect.size(), QImage::Format_ARGB32_Premultiplied);
+    const uint8_t *data = xcb_get_image_data(answer.get());
+    const int stride = length / rect.height();
+    for (int y = 0; y < rect.height(); ++y) {
+        const auto *in = reinterpret_cast<const uint32_t *>(data + y * stride);
+        auto *out = reinterpret_cast<uint32_t *>(picture.scanLine(y));
+        for (int x = 0; x < rect.width(); ++x)
+            out[x] = in[x] | 0xff000000u;
+    }
+    return picture;
+}
+
+} // namespace x11
