@@ -125,7 +125,7 @@ PixelBufferRef ScreenGrabber::grab(const QRect &rect)
         return nullptr;
     const QRect visible = rect & root_;
     if (visible != rect)
-        std::memset(buffer->data(), 0, size_t(buffer->dataSize()));
+        buffer->image().fill(Qt::black); // what lies off the screen
     if (visible.isEmpty())
         return buffer;
     uint8_t *target = buffer->data() + size_t(visible.y() - rect.y()) * buffer->bytesPerRow() +

@@ -32,6 +32,9 @@ X11WindowServer::X11WindowServer()
             c.get(), xcb_composite_query_version(c.get(), 0, 4), nullptr));
         if (version) {
             xcb_composite_redirect_subwindows(c.get(), c.root(), XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+            // Windows already shown draw themselves again into their new pictures.
+            for (CGWindowID window : stackingFrontFirst())
+                xcb_clear_area(c.get(), 1, window, 0, 0, 0, 0);
             xcb_flush(c.get());
             composite_ = true;
         }
