@@ -48,12 +48,10 @@ QVariantMap FakeWindowServer::describe(const Window &window)
                        {QStringLiteral("Y"), window.bounds.y()},
                        {QStringLiteral("Width"), window.bounds.width()},
                        {QStringLiteral("Height"), window.bounds.height()}};
-    return {{kCGWindowNumber, window.number},
-            {kCGWindowOwnerName, window.ownerName},
-            {kCGWindowName, window.name},
-            {kCGWindowBounds, bounds},
-            {kCGWindowLayer, 0},
-            {kCGWindowAlpha, 1.0}};
+    return {{kCGWindowNumber, window.number}, {kCGWindowOwnerName, window.ownerName},
+            {kCGWindowName, window.name},     {kCGWindowOwnerPID, window.pid},
+            {kCGWindowBounds, bounds},        {kCGWindowLayer, window.layer},
+            {kCGWindowAlpha, window.alpha}};
 }
 
 QList<CGWindowID> FakeWindowServer::CGWindowListCreate(uint32_t option, CGWindowID)

@@ -251,6 +251,9 @@ public:
         QString name;
         QRectF bounds; // window-server space
         bool onScreen = true;
+        qint64 pid = 0;
+        int layer = 0;
+        double alpha = 1.0;
     };
     QList<Window> windows;
     int describeCalls = 0;

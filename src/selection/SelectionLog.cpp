@@ -1,0 +1,3 @@
+#include "SelectionLog.h"
+
+Q_LOGGING_CATEGORY(lcSelection, "capstan.selection")
