@@ -44,6 +44,8 @@ bool OutputFile::open(const std::string &path, const ContainerChoice &choice, AV
         return false;
     }
     AVDictionary *options = nullptr;
+    // What is written goes to disk at once, so a crash loses at most the fragment open.
+    av_dict_set(&options, "flush_packets", "1", 0);
     if (choice.fragmented) {
         // Fragments every second or key frame: a file cut off by a crash still plays.
         av_dict_set(&options, "movflags", "frag_keyframe+empty_moov+default_base_moof", 0);
@@ -59,6 +61,7 @@ bool OutputFile::open(const std::string &path, const ContainerChoice &choice, AV
         return false;
     }
     headerWritten_ = true;
+    avio_flush(context_->pb);
     return true;
 }
 
