@@ -16,8 +16,12 @@ run: build
 test: deps
 	scripts/run-tests
 
+# The screen benchmark records a desktop of one 1920x1080 monitor of its own.
 bench: build
 	./build/bench/encoder/bench_encoder
+	eval "$$(DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start)" && \
+	  ./build/bench/record_screen/bench_record_screen; \
+	  DESK_STATE=/tmp/capstan-bench scripts/test-desktop stop
 
 format:
 	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i
