@@ -256,7 +256,7 @@ public:
         double alpha = 1.0;
     };
     QList<Window> windows;
-    int describeCalls = 0;
+    std::atomic<int> describeCalls{0};
 
     static QVariantMap describe(const Window &window);
     QList<CGWindowID> CGWindowListCreate(uint32_t option, CGWindowID relativeToWindow) override;
