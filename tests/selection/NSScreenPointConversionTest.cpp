@@ -85,6 +85,12 @@ TEST(NSScreenPointConversionTest, PointConversionsOnAScreen)
          {1500, 590}},
         {"above the primary", aboveScreen(), {50, 1000}, {50, 80}, {50, 80}},
         {"y flipped past the top", primaryScreen(), {0, 1000}, {0, -100}, {0, -100}},
+        // The absolute values treat x = 100 as if it were -100: wrong, and kept that way.
+        {"a point right of the origin on the left screen",
+         leftScreen(),
+         {100, 0},
+         {1180, 1024},
+         {100, 1024}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);

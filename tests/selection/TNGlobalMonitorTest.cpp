@@ -140,6 +140,15 @@ TEST(TNGlobalMonitorTest, WindowsForPidAreFlippedAgainstTheMainScreen)
         EXPECT_EQ(record.value(kWinFrame).toRectF(), expected[i].frame);
     }
     EXPECT_TRUE(TNGlobalMonitor::windowsForPid(windows, screens, 99).isEmpty());
+    // The height is the main screen's, even when that one is not at the origin.
+    screens.list = {aboveScreen(), primaryScreen()};
+    const QVariantList fromAbove = TNGlobalMonitor::windowsForPid(windows, screens, 10);
+    ASSERT_FALSE(fromAbove.isEmpty());
+    EXPECT_EQ(fromAbove.first().toMap().value(kWinFrame).toRectF(), QRectF(0, 1030, 100, 50));
+    screens.list.clear();
+    const QVariantList withoutScreens = TNGlobalMonitor::windowsForPid(windows, screens, 10);
+    ASSERT_FALSE(withoutScreens.isEmpty());
+    EXPECT_EQ(withoutScreens.first().toMap().value(kWinFrame).toRectF(), QRectF(0, -50, 100, 50));
     FakeWindowServer none;
     EXPECT_TRUE(TNGlobalMonitor::windowsForPid(none, screens, 10).isEmpty());
 }
