@@ -60,6 +60,9 @@ TEST(TNGlobalMonitorTest, ApplicationListFiltersAndKeepsFrontMostOrder)
         {"an invisible front window does not take the place of a visible one",
          {window(1, "Player", 50, 0.0), window(2, "Editor", 10), window(3, "Player", 50)},
          {"Editor", "Player"}},
+        {"one pid under two owner names: the front name wins",
+         {window(1, "Launcher", 10), window(2, "Editor", 10)},
+         {"Launcher"}},
         {"a half transparent window counts", {window(1, "Overlay", 60, 0.3)}, {"Overlay"}},
         {"this process is left out",
          {window(1, "Capstan", self), window(2, "Editor", 10), window(3, "Capstan", self)},
@@ -99,14 +102,6 @@ TEST(TNGlobalMonitorTest, ApplicationRecordsCarryPidNameAndIcon)
         EXPECT_EQ(record.value(kAppId).typeId(), QMetaType::UInt);
         EXPECT_EQ(record.value(kAppIcon).typeId(), QMetaType::QIcon);
     }
-}
-
-TEST(TNGlobalMonitorTest, ApplicationsWithTheSamePidUnderOtherNamesStayOne)
-{
-    // One process, two owner names (a launcher and its window): the first name wins.
-    FakeWindowServer windows;
-    windows.windows = {window(1, "Launcher", 10), window(2, "Editor", 10)};
-    EXPECT_EQ(appNames(TNGlobalMonitor::applicationList(windows)), QStringList{"Launcher"});
 }
 
 TEST(TNGlobalMonitorTest, WindowsForPidAreFlippedAgainstTheMainScreen)
