@@ -2,7 +2,8 @@
 
 #include "LinuxAdapters.h"
 #include "NullAdapters.h"
-#include "NullAudioHardware.h"
+#include "PulseAudioCaptureInput.h"
+#include "PulseAudioHardware.h"
 #include "QSettingsUserDefaults.h"
 #include "X11Adapters.h"
 
@@ -25,13 +26,14 @@ struct LinuxPlatform::Adapters {
     QSettingsUserDefaults defaults;
     SystemClock clock;
     XdgStandardFolders folders;
-    NullAudioHardware audio{QStringLiteral("no sound server adapter")};
+    // Without a sound server these answer "no devices" and the program runs silent.
+    PulseAudioHardware audio;
+    PulseAudioCaptureInput audioInput{audio};
     QtScreenCatalog screens;
     LinuxSystemVersion version;
     LinuxPermissions permissions;
     MessageBoxAlerts alerts;
     NullCameraCaptureInput cameraInput;
-    NullAudioCaptureInput audioInput;
     // X11 when there is a display; null adapters that say so otherwise.
     std::unique_ptr<WindowServer> windows;
     std::unique_ptr<ScreenCaptureInput> screenInput;

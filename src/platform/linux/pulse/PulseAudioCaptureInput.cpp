@@ -1,0 +1,183 @@
+#include "PulseAudioCaptureInput.h"
+
+#include "Log.h"
+
+#include <cstring>
+
+PulseAudioCaptureInput::PulseAudioCaptureInput(PulseAudioHardware &hardware) : hardware_(hardware)
+{}
+
+PulseAudioCaptureInput::~PulseAudioCaptureInput()
+{
+    stopRunning();
+}
+
+QStringList PulseAudioCaptureInput::devices() const
+{
+    QStringList names;
+    for (const PulseAudioHardware::Device &d : hardware_.snapshot().devices)
+        if (!d.source.isEmpty())
+            names << d.name;
+    return names;
+}
+
+QString PulseAudioCaptureInput::defaultDevice() const
+{
+    const PulseAudioHardware::Snapshot shot = hardware_.snapshot();
+    for (const PulseAudioHardware::Device &d : shot.devices)
+        if (d.id == shot.defaultInput)
+            return d.name;
+    return {};
+}
+
+bool PulseAudioCaptureInput::setDevice(const QString &name)
+{
+    for (const PulseAudioHardware::Device &d : hardware_.snapshot().devices) {
+        if (d.name == name && !d.source.isEmpty()) {
+            std::lock_guard lock(mutex_);
+            source_ = d.source;
+            return true;
+        }
+    }
+    return false;
+}
+
+void PulseAudioCaptureInput::setFormat(int sampleRate, int channels)
+{
+    std::lock_guard lock(mutex_);
+    sampleRate_ = sampleRate;
+    channels_ = channels;
+}
+
+void PulseAudioCaptureInput::setSampleCallback(AudioSampleCallback callback)
+{
+    std::lock_guard lock(mutex_);
+    sampleCallback_ = std::move(callback);
+}
+
+void PulseAudioCaptureInput::setSessionEventCallback(SessionEventCallback callback)
+{
+    std::lock_guard lock(mutex_);
+    eventCallback_ = std::move(callback);
+}
+
+void PulseAudioCaptureInput::post(CaptureSessionEvent event, const QString &error)
+{
+    SessionEventCallback callback;
+    {
+        std::lock_guard lock(mutex_);
+        callback = eventCallback_;
+    }
+    if (callback)
+        callback(event, error);
+}
+
+void PulseAudioCaptureInput::startRunning()
+{
+    stopRunning();
+    if (!connection_.isReady()) {
+        post(CaptureSessionEvent::RuntimeError, QStringLiteral("no sound server"));
+        return;
+    }
+    QByteArray source;
+    pa_sample_spec spec{};
+    {
+        std::lock_guard lock(mutex_);
+        source = source_.toUtf8();
+        spec = {PA_SAMPLE_S32LE, uint32_t(sampleRate_), uint8_t(channels_)};
+    }
+    pulse::LoopLock lock(connection_.loop());
+    pa_stream *stream = pa_stream_new(connection_.context(), "Capstan recording", &spec, nullptr);
+    if (!stream)
+        return;
+    pa_stream_set_read_callback(stream, &PulseAudioCaptureInput::onRead, this);
+    pa_stream_set_state_callback(stream, &PulseAudioCaptureInput::onState, this);
+    // About 20 ms a buffer keeps the level meter lively and the sound close to the pictures.
+    pa_buffer_attr attr{};
+    attr.maxlength = uint32_t(-1);
+    attr.fragsize = uint32_t(pa_usec_to_bytes(20 * PA_USEC_PER_MSEC, &spec));
+    started_ = false;
+    if (pa_stream_connect_record(stream, source.isEmpty() ? nullptr : source.constData(), &attr,
+                                 PA_STREAM_ADJUST_LATENCY) < 0) {
+        capstan::NSLog(lcAudio, "cannot record from %s: %s", source.constData(),
+                       pa_strerror(pa_context_errno(connection_.context())));
+        pa_stream_unref(stream);
+        return;
+    }
+    stream_ = stream;
+}
+
+void PulseAudioCaptureInput::stopRunning()
+{
+    pa_stream *stream = stream_.exchange(nullptr);
+    if (!stream)
+        return;
+    {
+        // Under the loop's lock no callback runs; after it none will for this stream.
+        pulse::LoopLock lock(connection_.loop());
+        pa_stream_set_read_callback(stream, nullptr, nullptr);
+        pa_stream_set_state_callback(stream, nullptr, nullptr);
+        pa_stream_disconnect(stream);
+        pa_stream_unref(stream);
+    }
+    post(CaptureSessionEvent::DidStopRunning);
+}
+
+void PulseAudioCaptureInput::onState(pa_stream *stream, void *self)
+{
+    auto *input = static_cast<PulseAudioCaptureInput *>(self);
+    switch (pa_stream_get_state(stream)) {
+    case PA_STREAM_READY:
+        if (!input->started_) {
+            input->started_ = true;
+            input->post(CaptureSessionEvent::DidStartRunning);
+        }
+        break;
+    case PA_STREAM_FAILED:
+    case PA_STREAM_TERMINATED:
+        // The device went away, or the server did.
+        input->post(CaptureSessionEvent::RuntimeError,
+                    QStringLiteral("the sound device stopped: %1")
+                        .arg(QString::fromUtf8(
+                            pa_strerror(pa_context_errno(pa_stream_get_context(stream))))));
+        break;
+    default:
+        break;
+    }
+}
+
+void PulseAudioCaptureInput::onRead(pa_stream *stream, size_t, void *self)
+{
+    auto *input = static_cast<PulseAudioCaptureInput *>(self);
+    AudioSampleCallback callback;
+    int channels = 2, rate = 44100;
+    {
+        std::lock_guard lock(input->mutex_);
+        callback = input->sampleCallback_;
+        channels = input->channels_;
+        rate = input->sampleRate_;
+    }
+    const void *data = nullptr;
+    size_t bytes = 0;
+    while (pa_stream_readable_size(stream) > 0) {
+        if (pa_stream_peek(stream, &data, &bytes) < 0 || bytes == 0)
+            return;
+        const size_t frames = bytes / (4 * size_t(channels));
+        AudioSampleBuffer buffer;
+        buffer.channels = channels;
+        buffer.sampleRate = rate;
+        buffer.data = QByteArray(qsizetype(frames * 4 * size_t(channels)), '\0');
+        // The server gives frames interleaved; the capture output hands the channels one
+        // after the other. A hole (no data) stays silence.
+        if (data) {
+            const auto *in = static_cast<const int32_t *>(data);
+            auto *out = reinterpret_cast<int32_t *>(buffer.data.data());
+            for (size_t f = 0; f < frames; ++f)
+                for (int c = 0; c < channels; ++c)
+                    out[size_t(c) * frames + f] = in[f * size_t(channels) + size_t(c)];
+        }
+        pa_stream_drop(stream);
+        if (callback && frames > 0)
+            callback(buffer);
+    }
+}
