@@ -97,8 +97,9 @@ void PulseAudioCaptureInput::startRunning()
     attr.maxlength = uint32_t(-1);
     attr.fragsize = uint32_t(pa_usec_to_bytes(20 * PA_USEC_PER_MSEC, &spec));
     started_ = false;
-    if (pa_stream_connect_record(stream, source.isEmpty() ? nullptr : source.constData(), &attr,
-                                 PA_STREAM_ADJUST_LATENCY) < 0) {
+    if (pa_stream_connect_record(
+            stream, source.isEmpty() ? nullptr : source.constData(), &attr,
+            pa_stream_flags_t(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE)) < 0) {
         capstan::NSLog(lcAudio, "cannot record from %s: %s", source.constData(),
                        pa_strerror(pa_context_errno(connection_.context())));
         pa_stream_unref(stream);

@@ -1,0 +1,292 @@
+// Sound for real on the test desktop's PulseAudio server: the device catalog, the two
+// aggregates and the defaults each recording type sets, recordings of a played tone,
+// a device that vanishes mid-stream, and a program without a sound server.
+#include "AppDelegate.h"
+#include "EZAudioDevice.h"
+#include "FakePlatform.h"
+#include "FakeSessionHost.h"
+#include "LinuxPlatform.h"
+#include "MediaProbe.h"
+#include "PulseAudioCaptureInput.h"
+#include "PulseAudioHardware.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <mutex>
+
+namespace {
+
+QString pactl(const QStringList &arguments)
+{
+    QProcess process;
+    process.start("pactl", arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+QString serverDefault(const char *what) // "Default Sink" or "Default Source"
+{
+    for (const QString &line : pactl({"info"}).split('\n'))
+        if (line.startsWith(what))
+            return line.section(':', 1).trimmed();
+    return {};
+}
+
+int modulesNamed(const QString &text)
+{
+    return int(pactl({"list", "short", "modules"}).split('\n').filter(text).size());
+}
+
+class PulseAudioTest : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        if (qEnvironmentVariableIsEmpty("PULSE_SERVER") || pactl({"info"}).isEmpty())
+            return;
+        available_ = true;
+        // A machine with a microphone, speakers and the loopback device.
+        const QStringList loads[] = {
+            {"module-null-sink", "sink_name=builtin_out",
+             "sink_properties='device.description=\"Built-in Output\"'"},
+            {"module-null-sink", "sink_name=BlackHole2ch_UID",
+             "sink_properties='device.description=\"BlackHole 2ch\"'"},
+            {"module-null-sink", "sink_name=mic_feed",
+             "sink_properties='device.description=\"Mic Feed\"'"},
+            {"module-remap-source", "master=mic_feed.monitor", "source_name=builtin_mic",
+             "source_properties='device.description=\"Built-in Microphone\"'"},
+        };
+        for (const QStringList &load : loads)
+            modules_ << pactl(QStringList{"load-module"} + load);
+        // Its own devices are the defaults, as on such a machine.
+        pactl({"set-default-sink", "builtin_out"});
+        pactl({"set-default-source", "builtin_mic"});
+    }
+
+    static void TearDownTestSuite()
+    {
+        if (available_) {
+            pactl({"set-default-sink", "desk_speaker"});
+            pactl({"set-default-source", "desk_mic"});
+        }
+        for (auto it = modules_.crbegin(); it != modules_.crend(); ++it)
+            pactl({"unload-module", *it});
+        modules_.clear();
+    }
+
+    void SetUp() override
+    {
+        if (!available_)
+            GTEST_SKIP() << "needs the test desktop's sound server (scripts/test-desktop)";
+    }
+
+    // Plays a tone to a sink for the given time, in the background.
+    static void playTone(QProcess &player, int frequency, int seconds, const QString &sink)
+    {
+        player.setProgram("sh");
+        player.setArguments(
+            {"-c", QString("ffmpeg -v error -f lavfi -i sine=frequency=%1:duration=%2 -f s16le "
+                           "-ac 2 -ar 44100 - | pacat --raw --format=s16le --channels=2 "
+                           "--rate=44100 --device=%3")
+                       .arg(frequency)
+                       .arg(seconds)
+                       .arg(sink)});
+        player.start();
+    }
+
+    static inline bool available_ = false;
+    static inline QStringList modules_;
+};
+
+TEST_F(PulseAudioTest, CatalogNamesTheDevicesAsTheRoutingExpects)
+{
+    PulseAudioHardware hardware;
+    const QList<EZAudioDevice> inputs = EZAudioDevice::inputDevices(hardware);
+    const QList<EZAudioDevice> outputs = EZAudioDevice::outputDevices(hardware);
+    const auto find = [](const QList<EZAudioDevice> &list, const QString &name) {
+        for (const EZAudioDevice &d : list)
+            if (d.name() == name)
+                return d;
+        return EZAudioDevice();
+    };
+    const EZAudioDevice mic = find(inputs, "Built-in Microphone");
+    EXPECT_EQ(mic.UID(), "builtin_mic");
+    EXPECT_EQ(mic.inputChannelCount(), 2);
+    const EZAudioDevice loop = find(inputs, "BlackHole 2ch");
+    EXPECT_EQ(loop.UID(), "BlackHole2ch_UID");
+    EXPECT_EQ(find(outputs, "BlackHole 2ch").deviceID(), loop.deviceID()); // one device, both ways
+    EXPECT_EQ(find(outputs, "Built-in Output").UID(), "builtin_out");
+    EXPECT_TRUE(find(outputs, "Built-in Microphone").UID().isEmpty()); // a source plays nothing
+    // Ids stay with their devices from one call to the next.
+    EXPECT_EQ(find(EZAudioDevice::inputDevices(hardware), "Built-in Microphone").deviceID(),
+              mic.deviceID());
+}
+
+TEST_F(PulseAudioTest, RoutingBuildsTheAggregatesAndSetsTheDefaults)
+{
+    PulseAudioHardware hardware;
+    FakePlatform fake;
+    Platform platform = fake.platform();
+    platform.audio = &hardware;
+    FakeSessionHost host;
+    {
+        TNRecordManager manager(platform, host);
+        QTest::qWait(700);
+        EXPECT_EQ(modulesNamed("sink_name=MR-OutputDevice slaves=builtin_out,BlackHole2ch_UID"), 1);
+        EXPECT_EQ(modulesNamed("sink_name=MR-InputDevice"), 1);
+        EXPECT_EQ(modulesNamed("source=builtin_mic sink=MR-InputDevice"), 1);
+        EXPECT_EQ(modulesNamed("source=BlackHole2ch_UID.monitor sink=MR-InputDevice"), 1);
+        ASSERT_TRUE(manager.aggregateOutputDevice());
+        ASSERT_TRUE(manager.aggregateInputDevcie());
+
+        struct Case {
+            quint64 type;
+            const char *source;
+        };
+        for (const Case c : {Case{AudioTypeSystem, "BlackHole2ch_UID.monitor"},
+                             Case{AudioTypeMicphone, "builtin_mic"},
+                             Case{AudioTypeSystemAndMicphone, "MR-InputDevice.monitor"},
+                             Case{AudioTypeNone, "MR-InputDevice.monitor"}}) {
+            SCOPED_TRACE(c.type);
+            manager.switchRecordType(c.type);
+            EXPECT_EQ(serverDefault("Default Source"), c.source);
+            EXPECT_EQ(serverDefault("Default Sink"), "MR-OutputDevice");
+        }
+
+        // A second routing replaces the aggregates rather than adding to them.
+        manager.prepareDevice();
+        QTest::qWait(700);
+        EXPECT_EQ(modulesNamed("sink_name=MR-OutputDevice"), 1);
+        EXPECT_EQ(modulesNamed("sink=MR-InputDevice"), 2);
+        manager.destroyAggregatesAtQuit();
+    }
+    EXPECT_EQ(modulesNamed("MR-"), 0);
+    pactl({"set-default-sink", "builtin_out"});
+    pactl({"set-default-source", "builtin_mic"});
+}
+
+TEST_F(PulseAudioTest, SoundOnlyRecordingsHoldThePlayedTone)
+{
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
+    {
+        LinuxPlatform platform;
+        std::unique_ptr<AppDelegate> app = AppDelegate::create(platform.platform());
+        TNRecordManager &manager = *app->recordManager();
+        QTest::qWait(700);
+        manager.setRecordVideoType(VideoTypeAudioOnly);
+        struct Case {
+            const char *file;
+            int choice; // sound pop-up: 1 system, 2 microphone
+            int frequency;
+            const char *playTo;
+        };
+        for (const Case c : {Case{"system.mp3", 1, 440, "MR-OutputDevice"},
+                             Case{"system.wav", 1, 440, "MR-OutputDevice"},
+                             Case{"system.m4a", 1, 440, "MR-OutputDevice"},
+                             Case{"microphone.m4a", 2, 660, "mic_feed"}}) {
+            SCOPED_TRACE(c.file);
+            app->audioChangeAction(c.choice);
+            const QString path = QDir(home.path()).filePath(c.file);
+            app->setOutputPath(path);
+            QProcess player;
+            playTone(player, c.frequency, 5, c.playTo);
+            QTest::qWait(500);
+            manager.startRecording();
+            QTest::qWait(3000);
+            manager.stopRecording();
+            player.waitForFinished(10000);
+            const ProbedAudio audio = MediaProbe::probeAudio(path);
+            ASSERT_TRUE(audio.ok);
+            EXPECT_NEAR(audio.duration, 3.0, 0.4);
+            EXPECT_NEAR(MediaProbe::toneFrequency(MediaProbe::monoSamples(path), audio.sampleRate),
+                        c.frequency, 5);
+        }
+        app->applicationWillTerminate();
+    }
+    EXPECT_EQ(modulesNamed("MR-"), 0);
+    pactl({"set-default-sink", "builtin_out"});
+    pactl({"set-default-source", "builtin_mic"});
+}
+
+TEST_F(PulseAudioTest, CaptureDeliversThePlayedToneUnbroken)
+{
+    PulseAudioHardware hardware;
+    PulseAudioCaptureInput input(hardware);
+    std::mutex mutex;
+    std::vector<float> left;
+    input.setFormat(44100, 2);
+    input.setSampleCallback([&](const AudioSampleBuffer &b) {
+        // Planar: the first channel's samples come first.
+        const auto *samples = reinterpret_cast<const int32_t *>(b.data.constData());
+        const qsizetype frames = b.data.size() / 4 / b.channels;
+        std::lock_guard lock(mutex);
+        for (qsizetype i = 0; i < frames; ++i)
+            left.push_back(float(samples[i]) / 2147483648.0f);
+    });
+    ASSERT_TRUE(input.setDevice("BlackHole 2ch"));
+    QProcess player;
+    playTone(player, 440, 3, "BlackHole2ch_UID");
+    QTest::qWait(300);
+    input.startRunning();
+    QTest::qWait(2000);
+    input.stopRunning();
+    player.waitForFinished(10000);
+    std::lock_guard lock(mutex);
+    EXPECT_NEAR(double(left.size()) / 44100, 2.0, 0.2);
+    EXPECT_NEAR(MediaProbe::toneFrequency(left, 44100), 440, 2);
+}
+
+TEST_F(PulseAudioTest, AVanishingDeviceEndsTheStreamWithAnError)
+{
+    const QString extra = pactl({"load-module", "module-null-sink", "sink_name=usb_mic",
+                                 "sink_properties='device.description=\"USB Microphone\"'"});
+    PulseAudioHardware hardware;
+    PulseAudioCaptureInput input(hardware);
+    std::atomic<int> buffers{0};
+    std::atomic<bool> failed{false};
+    input.setFormat(44100, 2);
+    input.setSampleCallback([&](const AudioSampleBuffer &b) {
+        EXPECT_EQ(b.channels, 2);
+        ++buffers;
+    });
+    input.setSessionEventCallback([&](CaptureSessionEvent e, const QString &) {
+        if (e == CaptureSessionEvent::RuntimeError)
+            failed = true;
+    });
+    ASSERT_TRUE(input.setDevice("USB Microphone"));
+    QProcess player; // a null sink's monitor runs while something plays to it
+    playTone(player, 440, 3, "usb_mic");
+    input.startRunning();
+    QTest::qWait(500);
+    EXPECT_GT(buffers.load(), 5);
+    pactl({"unload-module", extra});
+    QTest::qWait(500);
+    EXPECT_TRUE(failed.load());
+    input.stopRunning();
+    EXPECT_FALSE(input.isRunning());
+    player.waitForFinished(10000);
+}
+
+TEST(PulseAudioWithoutServer, NoServerMeansNoDevicesQuickly)
+{
+    const QByteArray saved = qgetenv("PULSE_SERVER");
+    qputenv("PULSE_SERVER", "unix:/nonexistent/native");
+    QElapsedTimer clock;
+    clock.start();
+    {
+        PulseAudioHardware hardware;
+        EXPECT_TRUE(EZAudioDevice::devices(hardware).isEmpty());
+        PulseAudioCaptureInput input(hardware);
+        EXPECT_TRUE(input.devices().isEmpty());
+        input.startRunning(); // reports the failure, does not run
+        EXPECT_FALSE(input.isRunning());
+    }
+    EXPECT_LT(clock.elapsed(), 5000);
+    qputenv("PULSE_SERVER", saved);
+}
+
+} // namespace
