@@ -15,6 +15,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <gtest/gtest.h>
 #include <mutex>
 
@@ -58,9 +59,14 @@ protected:
              "sink_properties='device.description=\"Mic Feed\"'"},
             {"module-remap-source", "master=mic_feed.monitor", "source_name=builtin_mic",
              "source_properties='device.description=\"Built-in Microphone\"'"},
+            {"module-null-source", "source_name=test_silence"},
         };
         for (const QStringList &load : loads)
             modules_ << pactl(QStringList{"load-module"} + load);
+        for (const char *sink : {"builtin_out", "BlackHole2ch_UID", "mic_feed"})
+            modules_ << keepClocked(sink);
+        // A new loopback takes a good second before its sink keeps steady time.
+        QThread::msleep(2000);
         // Its own devices are the defaults, as on such a machine.
         pactl({"set-default-sink", "builtin_out"});
         pactl({"set-default-source", "builtin_mic"});
@@ -81,6 +87,14 @@ protected:
     {
         if (!available_)
             GTEST_SKIP() << "needs the test desktop's sound server (scripts/test-desktop)";
+    }
+
+    // A null sink runs on its own timer only while a stream plays into it; without one its
+    // monitor delivers late and in bursts. Real hardware keeps time; a silent stream does here.
+    static QString keepClocked(const QString &sink)
+    {
+        return pactl({"load-module", "module-loopback", "source=test_silence", "sink=" + sink,
+                      "latency_msec=60", "source_dont_move=true", "sink_dont_move=true"});
     }
 
     // Plays a tone to a sink for the given time, in the background.
@@ -244,6 +258,8 @@ TEST_F(PulseAudioTest, AVanishingDeviceEndsTheStreamWithAnError)
 {
     const QString extra = pactl({"load-module", "module-null-sink", "sink_name=usb_mic",
                                  "sink_properties='device.description=\"USB Microphone\"'"});
+    keepClocked("usb_mic"); // goes with its sink
+    QTest::qWait(2000);
     PulseAudioHardware hardware;
     PulseAudioCaptureInput input(hardware);
     std::atomic<int> buffers{0};
