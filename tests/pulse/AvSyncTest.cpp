@@ -1,0 +1,176 @@
+// A screen recording with the computer's sound, for a minute: sound and pictures end
+// together, and a click played at the moment a window flashes is heard where the flash
+// is seen, at the start as at the end.
+#include "AppDelegate.h"
+#include "LinuxPlatform.h"
+#include "MediaProbe.h"
+#include "ScreenCatalog.h"
+#include "SoundDeskTest.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QRasterWindow>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+#include <cmath>
+#include <cstdio>
+
+namespace {
+
+constexpr int kFps = 25;
+constexpr int kRate = 44100;
+
+class FlashWindow : public QRasterWindow {
+public:
+    void setLit(bool lit)
+    {
+        lit_ = lit;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).fillRect(0, 0, width(), height(), lit_ ? Qt::white : Qt::black);
+    }
+
+private:
+    bool lit_ = false;
+};
+
+// 80 ms of a loud 1 kHz tone, stereo s16le.
+QByteArray click()
+{
+    const int frames = kRate * 80 / 1000;
+    QByteArray bytes(frames * 4, '\0');
+    auto *out = reinterpret_cast<qint16 *>(bytes.data());
+    for (int i = 0; i < frames; ++i) {
+        const auto v = qint16(24000 * std::sin(2 * M_PI * 1000 * i / kRate));
+        out[2 * i] = out[2 * i + 1] = qToLittleEndian(v);
+    }
+    return bytes;
+}
+
+// Seconds at which the pictures turn bright after being dark.
+std::vector<double> flashes(const QString &path, int width, int height)
+{
+    const ProbedVideo video = MediaProbe::probeVideo(path);
+    const std::vector<QByteArray> frames = MediaProbe::greyFrames(path, width, height);
+    std::vector<double> onsets;
+    bool lit = false;
+    for (size_t i = 0; i < frames.size() && i < size_t(video.frameTimes.size()); ++i) {
+        const uchar centre = uchar(frames[i].at((height / 2) * width + width / 2));
+        if (!lit && centre > 160)
+            onsets.push_back(video.frameTimes[qsizetype(i)]);
+        lit = centre > 96;
+    }
+    return onsets;
+}
+
+// Seconds at which the sound turns loud after a quiet stretch.
+std::vector<double> clicks(const QString &path, int sampleRate)
+{
+    const std::vector<float> samples = MediaProbe::monoSamples(path);
+    std::vector<double> onsets;
+    size_t lastLoud = 0;
+    bool any = false;
+    for (size_t i = 0; i < samples.size(); ++i) {
+        if (std::fabs(samples[i]) < 0.2f)
+            continue;
+        if (!any || i - lastLoud > size_t(sampleRate) / 5)
+            onsets.push_back(double(i) / sampleRate);
+        lastLoud = i;
+        any = true;
+    }
+    return onsets;
+}
+
+class AvSyncTest : public SoundDeskTest {};
+
+TEST_F(AvSyncTest, ClicksStayWithTheirFlashesOverAMinute)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        GTEST_SKIP() << "needs the test desktop (scripts/test-desktop)";
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
+    const QString path = QDir(home.path()).filePath("sync.mp4");
+    std::vector<int> moments;
+    {
+        LinuxPlatform platform;
+        std::unique_ptr<AppDelegate> app = AppDelegate::create(platform.platform());
+        TNRecordManager &manager = *app->recordManager();
+        app->setFps(kFps);
+        app->setIsShowMouse(false);
+        app->setIsMouseClickEffect(false);
+        app->setIsTimeTextWatermark(false);
+        app->setWatermarkType(2);
+        QProcess::execute("xdotool", {"mousemove", "1900", "1060"});
+
+        FlashWindow window;
+        window.setFlags(Qt::Window | Qt::FramelessWindowHint);
+        window.setGeometry(100, 100, 200, 200);
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window, 5000));
+        QProcess::execute("xdotool", {"windowmove", QString::number(window.winId()), "100", "100"});
+
+        // The computer's sound goes to the output aggregate once system sound is chosen.
+        manager.setRecordVideoType(VideoTypeCustomArea);
+        app->audioChangeAction(1);
+        QTest::qWait(700);
+        QProcess speaker;
+        speaker.start("pacat", {"--raw", "--format=s16le", "--channels=2", "--rate=44100",
+                                "--latency-msec=20", "--device=MR-OutputDevice"});
+        ASSERT_TRUE(speaker.waitForStarted());
+
+        const ScreenInfo screen = platform.platform().screens->screens().value(0);
+        const QRectF rect(100, screen.frame.height() - 300, 200, 200); // y up, as the overlay
+        app->setOutputPath(path);
+        EncodeManager &encoder = manager.encodeManager();
+        encoder.setFps(kFps);
+        encoder.setVideoBitrate(2000);
+        encoder.setImageSize(rect.size());
+        manager.setScreen(screen);
+        manager.setCaptureRect(rect);
+        manager.startRecording();
+        QElapsedTimer clock;
+        clock.start();
+        for (int at : {5000, 20000, 35000, 55000}) {
+            QTest::qWait(int(at - clock.elapsed()));
+            speaker.write(click());
+            window.setLit(true);
+            moments.push_back(int(clock.elapsed()));
+            QTest::qWait(400);
+            window.setLit(false);
+        }
+        QTest::qWait(int(60000 - clock.elapsed()));
+        manager.stopRecording();
+        manager.captrueScreenInputEnable(false);
+        speaker.closeWriteChannel();
+        speaker.waitForFinished(5000);
+        app->applicationWillTerminate();
+    }
+    pactl({"set-default-sink", "builtin_out"});
+    pactl({"set-default-source", "builtin_mic"});
+
+    const ProbedVideo video = MediaProbe::probeVideo(path);
+    const ProbedAudio audio = MediaProbe::probeAudio(path);
+    ASSERT_TRUE(video.ok && audio.ok) << path.toStdString();
+    EXPECT_NEAR(video.duration, 60.0, 1.0);
+    EXPECT_NEAR(audio.duration, video.duration, 0.1);
+
+    const std::vector<double> seen = flashes(path, video.width, video.height);
+    const std::vector<double> heard = clicks(path, audio.sampleRate);
+    ASSERT_EQ(seen.size(), moments.size());
+    ASSERT_EQ(heard.size(), moments.size());
+    for (size_t i = 0; i < moments.size(); ++i) {
+        SCOPED_TRACE(moments[i]);
+        std::printf("played at %.3f s: seen at %.3f s, heard at %.3f s\n", moments[i] / 1000.0,
+                    seen[i], heard[i]);
+        EXPECT_NEAR(seen[i], moments[i] / 1000.0, 0.25); // where the test put it, roughly
+        EXPECT_NEAR(heard[i], seen[i], 0.1);
+    }
+}
+
+} // namespace

@@ -1,0 +1,101 @@
+#pragma once
+// The sound devices of a machine with a microphone, speakers and the loopback device, made
+// of null sinks on the test desktop's sound server for one test suite; and a tone player.
+#include <QProcess>
+#include <QStringList>
+#include <QThread>
+#include <gtest/gtest.h>
+
+inline QString pactl(const QStringList &arguments)
+{
+    QProcess process;
+    process.start("pactl", arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+inline QString serverDefault(const char *what) // "Default Sink" or "Default Source"
+{
+    for (const QString &line : pactl({"info"}).split('\n'))
+        if (line.startsWith(what))
+            return line.section(':', 1).trimmed();
+    return {};
+}
+
+inline int modulesNamed(const QString &text)
+{
+    return int(pactl({"list", "short", "modules"}).split('\n').filter(text).size());
+}
+
+class SoundDeskTest : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        if (qEnvironmentVariableIsEmpty("PULSE_SERVER") || pactl({"info"}).isEmpty())
+            return;
+        available_ = true;
+        // A machine with a microphone, speakers and the loopback device.
+        const QStringList loads[] = {
+            {"module-null-sink", "sink_name=builtin_out",
+             "sink_properties='device.description=\"Built-in Output\"'"},
+            {"module-null-sink", "sink_name=BlackHole2ch_UID",
+             "sink_properties='device.description=\"BlackHole 2ch\"'"},
+            {"module-null-sink", "sink_name=mic_feed",
+             "sink_properties='device.description=\"Mic Feed\"'"},
+            {"module-remap-source", "master=mic_feed.monitor", "source_name=builtin_mic",
+             "source_properties='device.description=\"Built-in Microphone\"'"},
+            {"module-null-source", "source_name=test_silence"},
+        };
+        for (const QStringList &load : loads)
+            modules_ << pactl(QStringList{"load-module"} + load);
+        for (const char *sink : {"builtin_out", "BlackHole2ch_UID", "mic_feed"})
+            modules_ << keepClocked(sink);
+        // A new loopback takes a good second before its sink keeps steady time.
+        QThread::msleep(2000);
+        // Its own devices are the defaults, as on such a machine.
+        pactl({"set-default-sink", "builtin_out"});
+        pactl({"set-default-source", "builtin_mic"});
+    }
+
+    static void TearDownTestSuite()
+    {
+        if (available_) {
+            pactl({"set-default-sink", "desk_speaker"});
+            pactl({"set-default-source", "desk_mic"});
+        }
+        for (auto it = modules_.crbegin(); it != modules_.crend(); ++it)
+            pactl({"unload-module", *it});
+        modules_.clear();
+    }
+
+    void SetUp() override
+    {
+        if (!available_)
+            GTEST_SKIP() << "needs the test desktop's sound server (scripts/test-desktop)";
+    }
+
+    // A null sink runs on its own timer only while a stream plays into it; without one its
+    // monitor delivers late and in bursts. Real hardware keeps time; a silent stream does here.
+    static QString keepClocked(const QString &sink)
+    {
+        return pactl({"load-module", "module-loopback", "source=test_silence", "sink=" + sink,
+                      "latency_msec=60", "source_dont_move=true", "sink_dont_move=true"});
+    }
+
+    // Plays a tone to a sink for the given time, in the background.
+    static void playTone(QProcess &player, int frequency, int seconds, const QString &sink)
+    {
+        player.setProgram("sh");
+        player.setArguments(
+            {"-c", QString("ffmpeg -v error -f lavfi -i sine=frequency=%1:duration=%2 -f s16le "
+                           "-ac 2 -ar 44100 - | pacat --raw --format=s16le --channels=2 "
+                           "--rate=44100 --device=%3")
+                       .arg(frequency)
+                       .arg(seconds)
+                       .arg(sink)});
+        player.start();
+    }
+
+    static inline bool available_ = false;
+    static inline QStringList modules_;
+};
