@@ -1,0 +1,111 @@
+// The microphone taken away while the program records: a recording of the microphone
+// alone stops, with the alert, and what was recorded stays; a recording that has the
+// computer's sound too goes on with it. Either way the choice falls back to system sound.
+#include "AppDelegate.h"
+#include "FakePorts.h"
+#include "LinuxPlatform.h"
+#include "Localization.h"
+#include "MediaProbe.h"
+#include "SoundDeskTest.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+class MicrophoneLossTest : public SoundDeskTest {
+protected:
+    void TearDown() override
+    {
+        if (unplugged_.isEmpty())
+            return;
+        const QString index = pactl(QStringList{"load-module"} + unplugged_);
+        modules_.replace(modules_.indexOf(unpluggedIndex_), index);
+        unplugged_.clear();
+    }
+
+    // Unloads the module of "Built-in Microphone", as pulling out a USB microphone would.
+    void unplugMicrophone()
+    {
+        for (const QString &line : pactl({"list", "short", "modules"}).split('\n')) {
+            const QStringList fields = line.split('\t');
+            if (fields.size() >= 3 && fields[2].contains("source_name=builtin_mic")) {
+                unpluggedIndex_ = fields[0];
+                unplugged_ = QStringList{fields[1], fields[2]}; // pactl joins them again
+            }
+        }
+        ASSERT_FALSE(unplugged_.isEmpty());
+        pactl({"unload-module", unpluggedIndex_});
+    }
+
+    static bool waitFor(const std::function<bool()> &condition)
+    {
+        for (int i = 0; i < 50 && !condition(); ++i)
+            QTest::qWait(100);
+        return condition();
+    }
+
+    QString unpluggedIndex_;
+    QStringList unplugged_;
+};
+
+TEST_F(MicrophoneLossTest, MicrophoneRecordingStopsOthersGoOnAndSystemSoundIsChosen)
+{
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
+    LinuxPlatform desktop;
+    Platform platform = desktop.platform();
+    FakeAlerts alerts; // a real alert would wait for a click
+    platform.alerts = &alerts;
+    std::unique_ptr<AppDelegate> app = AppDelegate::create(platform);
+    TNRecordManager &manager = *app->recordManager();
+    manager.setRecordVideoType(VideoTypeAudioOnly);
+    QTest::qWait(700);
+
+    struct Case {
+        const char *file;
+        int choice; // sound pop-up: 2 microphone, 3 both
+        bool stops;
+    };
+    for (const Case c : {Case{"microphone.m4a", 2, true}, Case{"both.m4a", 3, false}}) {
+        SCOPED_TRACE(c.file);
+        alerts.messages.clear();
+        app->audioChangeAction(c.choice);
+        ASSERT_EQ(app->audioItemIndex(), c.choice);
+        const QString path = QDir(home.path()).filePath(c.file);
+        app->setOutputPath(path);
+        QProcess voice;
+        playTone(voice, 660, 6, "mic_feed");
+        QTest::qWait(300);
+        manager.startRecording();
+        QTest::qWait(2000);
+        unplugMicrophone();
+
+        EXPECT_TRUE(waitFor([&] { return manager.recordAudioType() == AudioTypeSystem; }));
+        EXPECT_EQ(app->audioItemIndex(), 1);
+        EXPECT_EQ(serverDefault("Default Source"), "BlackHole2ch_UID.monitor");
+        if (c.stops) {
+            EXPECT_TRUE(waitFor([&] { return !manager.encodeManager().isWorking(); }));
+            EXPECT_EQ(alerts.messages,
+                      QStringList{Localization::localizedStringForKey("Alert_Mic_Message")});
+        } else {
+            QTest::qWait(1000);
+            EXPECT_TRUE(manager.encodeManager().isWorking());
+            EXPECT_TRUE(alerts.messages.isEmpty());
+            manager.stopRecording();
+        }
+        voice.waitForFinished(10000);
+        // What was recorded before the loss is all there.
+        const ProbedAudio audio = MediaProbe::probeAudio(path);
+        ASSERT_TRUE(audio.ok);
+        EXPECT_GT(audio.duration, c.stops ? 1.8 : 2.8);
+        EXPECT_TRUE(MediaProbe::decodesCleanly(path));
+        TearDown(); // the microphone back for the next case
+    }
+    app->applicationWillTerminate();
+    pactl({"set-default-sink", "builtin_out"});
+    pactl({"set-default-source", "builtin_mic"});
+}
+
+} // namespace
