@@ -17,7 +17,27 @@ TNRecordManager::TNRecordManager(const Platform &platform, RecordSessionHost &ho
     prepareDevice();
 }
 
-TNRecordManager::~TNRecordManager() = default;
+namespace {
+
+// The inputs outlive the session (the platform owns them): they must not call into it
+// once it is gone. Stopping first means no capture thread is inside a callback.
+template <typename Input> void detach(Input *input)
+{
+    if (!input)
+        return;
+    input->stopRunning();
+    input->setSampleCallback({});
+    input->setSessionEventCallback({});
+}
+
+} // namespace
+
+TNRecordManager::~TNRecordManager()
+{
+    detach(platform_.screenInput);
+    detach(platform_.cameraInput);
+    detach(platform_.audioInput);
+}
 
 EncodeManager &TNRecordManager::encodeManager()
 {

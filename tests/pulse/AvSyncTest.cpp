@@ -4,7 +4,6 @@
 #include "AppDelegate.h"
 #include "LinuxPlatform.h"
 #include "MediaProbe.h"
-#include "ScreenCatalog.h"
 #include "SoundDeskTest.h"
 
 #include <QDir>
@@ -101,12 +100,6 @@ TEST_F(AvSyncTest, ClicksStayWithTheirFlashesOverAMinute)
         LinuxPlatform platform;
         std::unique_ptr<AppDelegate> app = AppDelegate::create(platform.platform());
         TNRecordManager &manager = *app->recordManager();
-        app->setFps(kFps);
-        app->setIsShowMouse(false);
-        app->setIsMouseClickEffect(false);
-        app->setIsTimeTextWatermark(false);
-        app->setWatermarkType(2);
-        QProcess::execute("xdotool", {"mousemove", "1900", "1060"});
 
         FlashWindow window;
         window.setFlags(Qt::Window | Qt::FramelessWindowHint);
@@ -124,16 +117,7 @@ TEST_F(AvSyncTest, ClicksStayWithTheirFlashesOverAMinute)
                                 "--latency-msec=20", "--device=MR-OutputDevice"});
         ASSERT_TRUE(speaker.waitForStarted());
 
-        const ScreenInfo screen = platform.platform().screens->screens().value(0);
-        const QRectF rect(100, screen.frame.height() - 300, 200, 200); // y up, as the overlay
-        app->setOutputPath(path);
-        EncodeManager &encoder = manager.encodeManager();
-        encoder.setFps(kFps);
-        encoder.setVideoBitrate(2000);
-        encoder.setImageSize(rect.size());
-        manager.setScreen(screen);
-        manager.setCaptureRect(rect);
-        manager.startRecording();
+        startPlainRegionRecording(*app, platform.platform(), QRect(100, 100, 200, 200), kFps, path);
         QElapsedTimer clock;
         clock.start();
         for (int at : {5000, 20000, 35000, 55000}) {

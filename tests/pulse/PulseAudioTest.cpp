@@ -214,4 +214,29 @@ TEST(PulseAudioWithoutServer, NoServerMeansNoDevicesQuickly)
     qputenv("PULSE_SERVER", saved);
 }
 
+TEST(PulseAudioWithoutServer, AScreenRecordingRunsWithoutSound)
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        GTEST_SKIP() << "needs the test desktop (scripts/test-desktop)";
+    const QByteArray saved = qgetenv("PULSE_SERVER");
+    qputenv("PULSE_SERVER", "unix:/nonexistent/native");
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
+    const QString path = QDir(home.path()).filePath("silent.mp4");
+    {
+        LinuxPlatform desktop;
+        std::unique_ptr<AppDelegate> app = AppDelegate::create(desktop.platform());
+        app->audioChangeAction(1); // system sound asked for, none to be had
+        startPlainRegionRecording(*app, desktop.platform(), QRect(0, 0, 320, 240), 25, path);
+        QTest::qWait(2000);
+        app->recordManager()->stopRecording();
+        app->applicationWillTerminate();
+    }
+    qputenv("PULSE_SERVER", saved);
+    const ProbedVideo video = MediaProbe::probeVideo(path);
+    ASSERT_TRUE(video.ok);
+    EXPECT_NEAR(video.duration, 2.0, 0.3);
+    EXPECT_LT(MediaProbe::probeAudio(path).duration, 0.1); // an empty track at most
+}
+
 } // namespace

@@ -1,6 +1,9 @@
 #pragma once
 // The sound devices of a machine with a microphone, speakers and the loopback device, made
 // of null sinks on the test desktop's sound server for one test suite; and a tone player.
+#include "AppDelegate.h"
+#include "ScreenCatalog.h"
+
 #include <QProcess>
 #include <QStringList>
 #include <QThread>
@@ -99,3 +102,29 @@ protected:
     static inline bool available_ = false;
     static inline QStringList modules_;
 };
+
+// Starts a recording of a region of the first screen (X coordinates) without cursor or
+// watermarks, set up the way the overlay does it.
+inline void startPlainRegionRecording(AppDelegate &app, const Platform &platform,
+                                      const QRect &region, int fps, const QString &path)
+{
+    app.setFps(fps);
+    app.setIsShowMouse(false);
+    app.setIsMouseClickEffect(false);
+    app.setIsTimeTextWatermark(false);
+    app.setWatermarkType(2);
+    TNRecordManager &manager = *app.recordManager();
+    const ScreenInfo screen = platform.screens->screens().value(0);
+    // The overlay's rectangle has its origin at the screen's lower left, y up.
+    const QRectF rect(region.x(), screen.frame.height() - region.y() - region.height(),
+                      region.width(), region.height());
+    app.setOutputPath(path);
+    EncodeManager &encoder = manager.encodeManager();
+    encoder.setFps(fps);
+    encoder.setVideoBitrate(2000);
+    encoder.setImageSize(rect.size());
+    manager.setRecordVideoType(VideoTypeCustomArea);
+    manager.setScreen(screen);
+    manager.setCaptureRect(rect);
+    manager.startRecording();
+}
