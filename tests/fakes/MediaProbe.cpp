@@ -4,6 +4,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -125,6 +127,31 @@ double toneFrequency(const std::vector<float> &samples, int sampleRate)
     if (crossings < 2)
         return 0;
     return double(crossings - 1) * sampleRate / double(last - first);
+}
+
+double toneAmplitude(const std::vector<float> &samples, int sampleRate, double frequency)
+{
+    // Goertzel over 100 ms blocks, wide enough for a tone a resampler moved by a few hertz;
+    // the median block, so a glitch or the encoder's priming does not count.
+    const size_t block = size_t(sampleRate) / 10;
+    const double coefficient = 2 * std::cos(2 * M_PI * frequency / sampleRate);
+    std::vector<double> amplitudes;
+    for (size_t start = 0; block > 0 && start + block <= samples.size(); start += block) {
+        double previous = 0, beforePrevious = 0;
+        for (size_t i = start; i < start + block; ++i) {
+            const double current = samples[i] + coefficient * previous - beforePrevious;
+            beforePrevious = previous;
+            previous = current;
+        }
+        const double power = previous * previous + beforePrevious * beforePrevious -
+                             coefficient * previous * beforePrevious;
+        amplitudes.push_back(2 * std::sqrt(std::max(power, 0.0)) / double(block));
+    }
+    if (amplitudes.empty())
+        return 0;
+    std::nth_element(amplitudes.begin(), amplitudes.begin() + amplitudes.size() / 2,
+                     amplitudes.end());
+    return amplitudes[amplitudes.size() / 2];
 }
 
 bool decodesCleanly(const QString &path)

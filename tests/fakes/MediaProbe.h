@@ -37,6 +37,8 @@ std::vector<QByteArray> greyFrames(const QString &path, int width, int height);
 std::vector<float> monoSamples(const QString &path);
 // The frequency of a tone, from its rising zero crossings.
 double toneFrequency(const std::vector<float> &samples, int sampleRate);
+// The amplitude (1 is full scale) of one frequency in the sound, as a tuned filter sees it.
+double toneAmplitude(const std::vector<float> &samples, int sampleRate, double frequency);
 // True when ffmpeg decodes the whole file without an error.
 bool decodesCleanly(const QString &path);
 

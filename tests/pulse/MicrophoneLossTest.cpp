@@ -90,7 +90,7 @@ TEST_F(MicrophoneLossTest, MicrophoneRecordingStopsOthersGoOnAndSystemSoundIsCho
             EXPECT_EQ(alerts.messages,
                       QStringList{Localization::localizedStringForKey("Alert_Mic_Message")});
         } else {
-            QTest::qWait(1000);
+            QTest::qWait(1500);
             EXPECT_TRUE(manager.encodeManager().isWorking());
             EXPECT_TRUE(alerts.messages.isEmpty());
             manager.stopRecording();
@@ -99,7 +99,7 @@ TEST_F(MicrophoneLossTest, MicrophoneRecordingStopsOthersGoOnAndSystemSoundIsCho
         // What was recorded before the loss is all there.
         const ProbedAudio audio = MediaProbe::probeAudio(path);
         ASSERT_TRUE(audio.ok);
-        EXPECT_GT(audio.duration, c.stops ? 1.8 : 2.8);
+        EXPECT_GT(audio.duration, c.stops ? 1.8 : 2.5); // the switch itself may cost a moment
         EXPECT_TRUE(MediaProbe::decodesCleanly(path));
         TearDown(); // the microphone back for the next case
     }
