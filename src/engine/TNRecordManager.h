@@ -9,6 +9,7 @@
 #include "EZAudioDevice.h"
 #include "EncodeManager.h"
 #include "PixelBuffer.h"
+#include "PixelBufferPool.h"
 #include "Platform.h"
 #include "RecordSessionHost.h"
 #include "RecordTypes.h"
@@ -235,5 +236,6 @@ private:
     QString selectedVideoDevice_; // also behind captureRectMutex_
     // Written by the compositor, read by tests.
     mutable std::mutex cursorCenterMutex_;
+    PixelBufferPool canvasPool_; // the compositor's frames, reused
     QPointF cursorCenter_;
 };

@@ -35,16 +35,20 @@ QRectF toCanvas(double x, double y, double width, double height, int canvasHeigh
     return {x, canvasHeight - y - height, width, height};
 }
 
-// The picture of the source scaled to width x height; a plain copy when it already
-// has that size, which is the common case and keeps the frame path cheap.
-QImage scaledCanvas(const QImage &source, int width, int height)
+// The picture of the source scaled to width x height, in memory from the pool; a plain
+// copy when it already has that size, which is the common case and keeps the frame path
+// cheap.
+QImage scaledCanvas(PixelBufferPool &pool, const QImage &source, int width, int height)
 {
-    if (source.size() == QSize(width, height) &&
-        source.format() == QImage::Format_ARGB32_Premultiplied)
-        return source.copy();
-    QImage canvas(width, height, QImage::Format_ARGB32_Premultiplied);
+    QImage canvas = retainedWritableImage(pool.take(width, height));
     if (canvas.isNull())
         return canvas;
+    if (source.size() == canvas.size() && source.format() == canvas.format()) {
+        const size_t rowBytes = size_t(width) * 4;
+        for (int row = 0; row < height; ++row)
+            std::memcpy(canvas.scanLine(row), source.constScanLine(row), rowBytes);
+        return canvas;
+    }
     canvas.fill(Qt::transparent);
     QPainter painter(&canvas);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -80,7 +84,7 @@ QImage TNRecordManager::appendMouseCursor(const QImage &source)
     const float px = std::trunc(std::trunc(mouse.x()) - rect.x() - arrow.hotSpot.x());
     const float py = std::trunc(std::trunc(mouse.y()) - rect.y() - (ch / 2 + arrow.hotSpot.y()));
 
-    QImage canvas = scaledCanvas(source, width, height);
+    QImage canvas = scaledCanvas(canvasPool_, source, width, height);
     if (canvas.isNull())
         return {};
     const FrameDecorations decorations = host_.frameDecorations();
@@ -196,25 +200,21 @@ QImage TNRecordManager::getCapturedImage()
         image = platform_.windows->CGWindowListCreateImage(rect, kCGWindowListOptionOnScreenOnly,
                                                            kCGNullWindowID);
     const QImage composite = appendMouseCursor(image);
-    if (composite.isNull())
-        return {};
+    if (composite.isNull() || composite.size() == rect.size().toSize())
+        return composite;
     return composite.copy(0, 0, int(rect.width()), int(rect.height()));
 }
 
 QImage TNRecordManager::imageFromPixelBuffer(const PixelBufferRef &buffer)
 {
-    if (!buffer)
-        return {};
-    // The picture reads the buffer's memory; the buffer lives as long as the picture.
-    auto *keeper = new PixelBufferRef(buffer);
-    return QImage(
-        static_cast<const uchar *>(buffer->data()), buffer->width(), buffer->height(),
-        buffer->bytesPerRow(), QImage::Format_ARGB32_Premultiplied,
-        [](void *info) { delete static_cast<PixelBufferRef *>(info); }, keeper);
+    return retainedImage(buffer);
 }
 
 PixelBufferRef TNRecordManager::pixelBufferFromCGImage(const QImage &image, const QSizeF &size)
 {
+    // A composed frame is already laid out as a buffer: hand on its memory, no copy.
+    if (image.size() == size.toSize() && image.format() == QImage::Format_ARGB32_Premultiplied)
+        return PixelBuffer::wrap(image);
     PixelBufferRef buffer = PixelBuffer::create(int(size.width()), int(size.height()));
     if (!buffer)
         return nullptr;

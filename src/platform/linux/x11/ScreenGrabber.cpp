@@ -120,7 +120,7 @@ bool ScreenGrabber::grabPlain(const QRect &rect, uint8_t *target, int targetStri
 
 PixelBufferRef ScreenGrabber::grab(const QRect &rect)
 {
-    PixelBufferRef buffer = PixelBuffer::create(rect.width(), rect.height());
+    PixelBufferRef buffer = pool_.take(rect.width(), rect.height());
     if (!buffer)
         return nullptr;
     const QRect visible = rect & root_;

@@ -2,6 +2,7 @@
 // Reads rectangles of the root window into BGRA buffers: through a shared memory
 // segment when the server offers MIT-SHM, else with plain GetImage requests.
 #include "PixelBuffer.h"
+#include "PixelBufferPool.h"
 #include "XcbConnection.h"
 
 #include <QRect>
@@ -33,6 +34,7 @@ private:
     int shmId_ = -1;
     uint8_t *shmData_ = nullptr;
     size_t shmSize_ = 0;
+    PixelBufferPool pool_;
 };
 
 } // namespace x11
