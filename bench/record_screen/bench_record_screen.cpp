@@ -13,12 +13,14 @@
 #include "ScreenCatalog.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <cmath>
 #include <cstdio>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -87,15 +89,19 @@ Figures recordWithEngine(AppDelegate &app, const ScreenInfo &screen, const QStri
 
     rusage before{}, after{};
     getrusage(RUSAGE_SELF, &before);
+    // The wait can overrun; the recording lasts what the clock says.
+    QElapsedTimer recorded;
+    recorded.start();
     manager.startRecording();
     wait(seconds * 1000);
     manager.stopRecording();
+    const double recordedSeconds = recorded.elapsed() / 1000.0;
     manager.captrueScreenInputEnable(false);
     getrusage(RUSAGE_SELF, &after);
 
     Figures figures;
-    figures.cpuPerSecond = (cpuSeconds(after) - cpuSeconds(before)) / seconds;
-    figures.expected = seconds * fps;
+    figures.cpuPerSecond = (cpuSeconds(after) - cpuSeconds(before)) / recordedSeconds;
+    figures.expected = int(std::lround(recordedSeconds * fps));
     figures.peakMegabytes = peakMegabytesOfSelf();
     countFrames(path, fps, figures);
     return figures;
