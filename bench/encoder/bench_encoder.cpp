@@ -5,6 +5,7 @@
 //   ffmpeg -f rawvideo -pix_fmt bgra -s 1920x1080 -r 30 -i - -c:v libx264 -preset P
 // fed the same frames through a pipe.
 // Options: --seconds N (20), --preset P (ultrafast), --no-ffmpeg.
+#include "../ProcessFigures.h"
 #include "MediaEncoder.h"
 
 #include <atomic>
@@ -30,26 +31,6 @@ struct Figures {
     double cpuPerMediaSecond = 0;
     double peakMegabytes = 0;
 };
-
-double cpuSeconds(const rusage &u)
-{
-    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
-           double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
-
-long residentKilobytes()
-{
-    FILE *status = std::fopen("/proc/self/status", "r");
-    if (!status)
-        return 0;
-    char line[256];
-    long kb = 0;
-    while (std::fgets(line, sizeof(line), status))
-        if (std::sscanf(line, "VmRSS: %ld kB", &kb) == 1)
-            break;
-    std::fclose(status);
-    return kb;
-}
 
 double seconds(std::chrono::steady_clock::duration d)
 {
@@ -94,12 +75,12 @@ Figures runLibrary(const std::vector<std::vector<uint8_t>> &ring, int secondsOfM
     rusage before{}, after{};
     getrusage(RUSAGE_SELF, &before);
     // The library's memory: resident size above what the process held before, sampled.
-    const long baseline = residentKilobytes();
+    const long baseline = statusKilobytes("VmRSS");
     std::atomic<long> peak{0};
     std::atomic<bool> running{true};
     std::thread sampler([&] {
         while (running) {
-            peak = std::max(peak.load(), residentKilobytes() - baseline);
+            peak = std::max(peak.load(), statusKilobytes("VmRSS") - baseline);
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
     });

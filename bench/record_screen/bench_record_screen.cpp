@@ -7,6 +7,7 @@
 // Run it on a desktop of one 1920x1080 monitor, e.g.
 //   DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start
 // Options: --seconds N (20), --preset P (ultrafast), --no-ffmpeg.
+#include "../ProcessFigures.h"
 #include "AppDelegate.h"
 #include "LinuxPlatform.h"
 #include "MediaProbe.h"
@@ -35,23 +36,6 @@ struct Figures {
     int late = 0;
     double peakMegabytes = 0;
 };
-
-double cpuSeconds(const rusage &usage)
-{
-    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
-
-double peakMegabytesOfSelf()
-{
-    QFile status("/proc/self/status");
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return 0;
-}
 
 void countFrames(const QString &path, int fps, Figures &figures)
 {
@@ -102,7 +86,7 @@ Figures recordWithEngine(AppDelegate &app, const ScreenInfo &screen, const QStri
     Figures figures;
     figures.cpuPerSecond = (cpuSeconds(after) - cpuSeconds(before)) / recordedSeconds;
     figures.expected = int(std::lround(recordedSeconds * fps));
-    figures.peakMegabytes = peakMegabytesOfSelf();
+    figures.peakMegabytes = statusKilobytes("VmHWM") / 1024.0;
     countFrames(path, fps, figures);
     return figures;
 }
