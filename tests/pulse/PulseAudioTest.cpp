@@ -87,6 +87,27 @@ TEST_F(PulseAudioTest, RoutingBuildsTheAggregatesAndSetsTheDefaults)
         manager.destroyAggregatesAtQuit();
     }
     EXPECT_EQ(modulesNamed("MR-"), 0);
+
+    // A run that ends without its teardown (a crash) leaves its aggregates behind; the next
+    // run, with device ids of its own, replaces them at its start.
+    {
+        PulseAudioHardware crashedRun;
+        platform.audio = &crashedRun;
+        TNRecordManager crashed(platform, host);
+        QTest::qWait(700);
+    }
+    EXPECT_EQ(modulesNamed("sink_name=MR-OutputDevice"), 1);
+    {
+        PulseAudioHardware nextRun;
+        platform.audio = &nextRun;
+        TNRecordManager next(platform, host);
+        QTest::qWait(700);
+        EXPECT_EQ(modulesNamed("sink_name=MR-OutputDevice"), 1);
+        EXPECT_EQ(modulesNamed("sink_name=MR-InputDevice"), 1);
+        EXPECT_EQ(modulesNamed("sink=MR-InputDevice"), 2);
+        next.destroyAggregatesAtQuit();
+    }
+    EXPECT_EQ(modulesNamed("MR-"), 0);
     pactl({"set-default-sink", "builtin_out"});
     pactl({"set-default-source", "builtin_mic"});
 }

@@ -34,34 +34,6 @@ TEST(SnipUtilTest, UniformRectTurnsNegativeSidesPositive)
     }
 }
 
-TEST(SnipUtilTest, RectToZeroKeepsOnlyTheSize)
-{
-    const QRectF cases[] = {QRectF(10, 20, 30, 40), QRectF(-1280, -124, 1280, 1024),
-                            QRectF(0, 0, 5, 5), QRectF(7.5, 2.25, 0, 0)};
-    for (const QRectF &in : cases) {
-        SCOPED_TRACE(text(in).toStdString());
-        const QRectF got = SnipUtil::rectToZero(in);
-        EXPECT_EQ(got.topLeft(), QPointF(0, 0));
-        EXPECT_EQ(got.size(), in.size());
-    }
-}
-
-TEST(SnipUtilTest, PointDistanceIsSquared)
-{
-    const struct {
-        QPointF a, b;
-        double squared;
-    } cases[] = {
-        {{0, 0}, {3, 4}, 25}, {{3, 4}, {0, 0}, 25},     {{-1, -1}, {2, 3}, 25},
-        {{5, 5}, {5, 5}, 0},  {{0, 0}, {0.5, 0}, 0.25},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message()
-                     << c.a.x() << "," << c.a.y() << " to " << c.b.x() << "," << c.b.y());
-        EXPECT_DOUBLE_EQ(SnipUtil::pointDistance(c.a, c.b), c.squared);
-    }
-}
-
 // The walk over the windows under the pointer uses this test, so the edges decide which
 // of two touching windows wins.
 TEST(SnipUtilTest, IsPointInRectTakesMinEdgesButNotMaxEdges)
