@@ -16,7 +16,9 @@ namespace {
 
 class MicrophoneLossTest : public SoundDeskTest {
 protected:
-    void TearDown() override
+    void TearDown() override { plugMicrophoneBackIn(); }
+
+    void plugMicrophoneBackIn()
     {
         if (unplugged_.isEmpty())
             return;
@@ -101,7 +103,7 @@ TEST_F(MicrophoneLossTest, MicrophoneRecordingStopsOthersGoOnAndSystemSoundIsCho
         ASSERT_TRUE(audio.ok);
         EXPECT_GT(audio.duration, c.stops ? 1.8 : 2.5); // the switch itself may cost a moment
         EXPECT_TRUE(MediaProbe::decodesCleanly(path));
-        TearDown(); // the microphone back for the next case
+        plugMicrophoneBackIn();
     }
     app->applicationWillTerminate();
     pactl({"set-default-sink", "builtin_out"});
