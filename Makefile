@@ -16,11 +16,13 @@ run: build
 test: deps
 	scripts/run-tests
 
-# The screen benchmark records a desktop of one 1920x1080 monitor of its own.
+# The screen and device-watch benchmarks run on a desktop of their own: one 1920x1080
+# monitor, its own sound server.
 bench: build
 	./build/bench/encoder/bench_encoder
 	eval "$$(DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start)" && \
-	  ./build/bench/record_screen/bench_record_screen; \
+	  ./build/bench/record_screen/bench_record_screen && \
+	  ./build/bench/device_watch/bench_device_watch; \
 	  DESK_STATE=/tmp/capstan-bench scripts/test-desktop stop
 
 format:

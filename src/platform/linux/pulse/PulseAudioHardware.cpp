@@ -156,9 +156,9 @@ PulseAudioHardware::Snapshot PulseAudioHardware::snapshot()
     Gathered g;
     g.connection = &connection_;
     pa_context *c = connection_.context();
-    if (!connection_.wait([&] { return pa_context_get_sink_info_list(c, onSink, &g); }) ||
-        !connection_.wait([&] { return pa_context_get_source_info_list(c, onSource, &g); }) ||
-        !connection_.wait([&] { return pa_context_get_server_info(c, onServer, &g); }))
+    if (!connection_.waitAll({[&] { return pa_context_get_sink_info_list(c, onSink, &g); },
+                              [&] { return pa_context_get_source_info_list(c, onSource, &g); },
+                              [&] { return pa_context_get_server_info(c, onServer, &g); }}))
         return shot;
     shot.ok = true;
     for (const RawSink &s : g.sinks) {

@@ -2,6 +2,8 @@
 
 #include "Log.h"
 
+#include <vector>
+
 namespace pulse {
 
 PulseConnection::PulseConnection(const char *threadName)
@@ -59,17 +61,33 @@ bool PulseConnection::isReady() const
 
 bool PulseConnection::wait(const std::function<pa_operation *()> &start)
 {
+    return waitAll({start});
+}
+
+bool PulseConnection::waitAll(std::initializer_list<std::function<pa_operation *()>> starts)
+{
     if (!isReady())
         return false;
     LoopLock lock(loop_);
-    pa_operation *operation = start();
-    if (!operation)
-        return false;
-    while (pa_operation_get_state(operation) == PA_OPERATION_RUNNING &&
-           pa_context_get_state(context_) == PA_CONTEXT_READY)
-        pa_threaded_mainloop_wait(loop_);
-    pa_operation_unref(operation);
-    return true;
+    std::vector<pa_operation *> operations;
+    bool made = true;
+    for (const auto &start : starts) {
+        pa_operation *operation = start();
+        if (!operation) {
+            made = false;
+            break;
+        }
+        operations.push_back(operation);
+    }
+    // Requests already sent are waited for even when a later one failed: their callbacks
+    // write into the caller's frame.
+    for (pa_operation *operation : operations) {
+        while (pa_operation_get_state(operation) == PA_OPERATION_RUNNING &&
+               pa_context_get_state(context_) == PA_CONTEXT_READY)
+            pa_threaded_mainloop_wait(loop_);
+        pa_operation_unref(operation);
+    }
+    return made;
 }
 
 } // namespace pulse

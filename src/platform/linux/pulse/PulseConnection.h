@@ -3,6 +3,7 @@
 // helpers for the requests the adapters make. Every helper takes the loop's lock itself.
 #include <QString>
 #include <functional>
+#include <initializer_list>
 #include <pulse/pulseaudio.h>
 
 namespace pulse {
@@ -22,6 +23,9 @@ public:
     // Runs start (under the lock) and waits until the operation it returns is done.
     // False when there is no connection or the request could not be made.
     bool wait(const std::function<pa_operation *()> &start);
+    // Sends every request before waiting, so a group costs one round trip, not one each.
+    // False when there is no connection or any request could not be made.
+    bool waitAll(std::initializer_list<std::function<pa_operation *()>> starts);
     // Wakes wait() from a callback.
     void signal() { pa_threaded_mainloop_signal(loop_, 0); }
 
