@@ -87,6 +87,7 @@ void PulseAudioCaptureInput::startRunning()
         spec = {PA_SAMPLE_S32LE, uint32_t(sampleRate_), uint8_t(channels_)};
     }
     pulse::LoopLock lock(connection_.loop());
+    pending_.clear();
     pa_stream *stream = pa_stream_new(connection_.context(), "Capstan recording", &spec, nullptr);
     if (!stream)
         return;
@@ -158,27 +159,38 @@ void PulseAudioCaptureInput::onRead(pa_stream *stream, size_t, void *self)
         channels = input->channels_;
         rate = input->sampleRate_;
     }
+    std::vector<int32_t> &pending = input->pending_;
     const void *data = nullptr;
     size_t bytes = 0;
     while (pa_stream_readable_size(stream) > 0) {
         if (pa_stream_peek(stream, &data, &bytes) < 0 || bytes == 0)
-            return;
-        const size_t frames = bytes / (4 * size_t(channels));
-        AudioSampleBuffer buffer;
-        buffer.channels = channels;
-        buffer.sampleRate = rate;
-        buffer.data = QByteArray(qsizetype(frames * 4 * size_t(channels)), '\0');
-        // The server gives frames interleaved; the capture output hands the channels one
-        // after the other. A hole (no data) stays silence.
+            break;
+        const size_t samples = bytes / 4 / size_t(channels) * size_t(channels);
+        // A hole (no data) stays silence.
         if (data) {
             const auto *in = static_cast<const int32_t *>(data);
-            auto *out = reinterpret_cast<int32_t *>(buffer.data.data());
-            for (size_t f = 0; f < frames; ++f)
-                for (int c = 0; c < channels; ++c)
-                    out[size_t(c) * frames + f] = in[f * size_t(channels) + size_t(c)];
+            pending.insert(pending.end(), in, in + samples);
+        } else {
+            pending.resize(pending.size() + samples, 0);
         }
         pa_stream_drop(stream);
-        if (callback && frames > 0)
-            callback(buffer);
     }
+    // The server may hand over a millisecond at a time; each buffer passed on costs the
+    // meter, the encoder and the interface a round, so small pieces are gathered first.
+    const size_t frames = pending.size() / size_t(channels);
+    if (frames < size_t(rate) * kMinBufferMs / 1000)
+        return;
+    AudioSampleBuffer buffer;
+    buffer.channels = channels;
+    buffer.sampleRate = rate;
+    buffer.data = QByteArray(qsizetype(frames * 4 * size_t(channels)), Qt::Uninitialized);
+    // The server gives frames interleaved; the capture output hands the channels one
+    // after the other.
+    auto *out = reinterpret_cast<int32_t *>(buffer.data.data());
+    for (size_t f = 0; f < frames; ++f)
+        for (int c = 0; c < channels; ++c)
+            out[size_t(c) * frames + f] = pending[f * size_t(channels) + size_t(c)];
+    pending.clear();
+    if (callback)
+        callback(buffer);
 }

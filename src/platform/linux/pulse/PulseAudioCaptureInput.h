@@ -1,6 +1,6 @@
 #pragma once
 // Sound capture on PulseAudio: a record stream on a source, 32-bit samples at the
-// format asked for, about 20 ms a buffer, delivered planar on "AudioDataOutputQueue".
+// format asked for, at least 10 ms a buffer, delivered planar on "AudioDataOutputQueue".
 // Devices go by the names the hardware adapter gives them, so both layers match.
 #include "CaptureInputs.h"
 #include "PulseAudioHardware.h"
@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <vector>
 
 class PulseAudioCaptureInput final : public AudioCaptureInput {
 public:
@@ -38,5 +39,8 @@ private:
     AudioSampleCallback sampleCallback_;
     SessionEventCallback eventCallback_;
     std::atomic<pa_stream *> stream_{nullptr};
-    bool started_ = false; // on the loop's thread
+    static constexpr int kMinBufferMs = 10;
+
+    bool started_ = false;         // on the loop's thread
+    std::vector<int32_t> pending_; // on the loop's thread: interleaved, not yet delivered
 };
