@@ -6,6 +6,7 @@ extern "C" {
 #include <libavutil/channel_layout.h>
 }
 
+#include <algorithm>
 #include <vector>
 
 namespace mediaencoder {
@@ -75,6 +76,7 @@ int AudioStream::push(const uint8_t *samples, int bytes, const PacketSink &sink)
     const int count = bytes / frameBytes;
     if (count <= 0)
         return 0;
+    sourceSamples_ += count;
     const int room = swr_get_out_samples(resampler_.get(), count);
     uint8_t **converted = nullptr;
     if (av_samples_alloc_array_and_samples(&converted, nullptr, settings_.channels, room,
@@ -90,6 +92,24 @@ int AudioStream::push(const uint8_t *samples, int bytes, const PacketSink &sink)
     if (result < 0)
         return result;
     return encodeFrames(false, sink);
+}
+
+int AudioStream::pushSilence(int64_t ms, const PacketSink &sink)
+{
+    int64_t remaining = ms * settings_.sourceRate / 1000;
+    // A second at a time, so a long gap does not take a long buffer.
+    std::vector<int32_t> zeros(size_t(std::min<int64_t>(remaining, settings_.sourceRate)) *
+                               size_t(settings_.sourceChannels));
+    const int frameBytes = 4 * settings_.sourceChannels;
+    while (remaining > 0) {
+        const int count = int(std::min<int64_t>(remaining, settings_.sourceRate));
+        const int result =
+            push(reinterpret_cast<const uint8_t *>(zeros.data()), count * frameBytes, sink);
+        if (result < 0)
+            return result;
+        remaining -= count;
+    }
+    return 0;
 }
 
 int AudioStream::flush(const PacketSink &sink)

@@ -23,6 +23,15 @@ public:
     AVCodecContext *context() const { return context_.get(); }
     // Interleaved 32-bit samples of the source format; whole frames are encoded.
     int push(const uint8_t *samples, int bytes, const PacketSink &sink);
+    // Silence of the source format, as if the source had delivered it.
+    int pushSilence(int64_t ms, const PacketSink &sink);
+    // Milliseconds of source sound taken so far, silence included.
+    int64_t pushedMs() const { return sourceSamples_ * 1000 / settings_.sourceRate; }
+    // Milliseconds of bytes of source sound.
+    int64_t msOf(int bytes) const
+    {
+        return int64_t(bytes / (4 * settings_.sourceChannels)) * 1000 / settings_.sourceRate;
+    }
     // The rest, then the encoder's own delay.
     int flush(const PacketSink &sink);
     // Samples (per channel, at the encoder's rate) handed to the encoder so far.
@@ -39,6 +48,7 @@ private:
     PacketPtr packet_ = makePacket();
     int frameSize_ = 1024;
     int64_t nextPts_ = 0;
+    int64_t sourceSamples_ = 0; // per channel
 };
 
 } // namespace mediaencoder

@@ -406,6 +406,9 @@ int EncoderSession::handle(Item &item)
         const int64_t ticks = video_.ticksFor(item.ms);
         if (fileStartMs_ == INT64_MIN)
             fileStartMs_ = item.ms;
+        if (firstVideoMs_ == INT64_MIN)
+            firstVideoMs_ = item.ms;
+        lastVideoMs_ = item.ms;
         // The frame that reaches a limit is forced to a key frame and starts the next file.
         const bool timeReached =
             limitSeconds_ > 0 && item.ms - fileStartMs_ >= int64_t(limitSeconds_) * 1000;
@@ -419,8 +422,25 @@ int EncoderSession::handle(Item &item)
         return video_.encode(item.frame.get(), ticks, key,
                              [this](AVPacket *p) { return writeVideoPacket(p); });
     }
+    const int result = catchUpSound(audio_.msOf(int(item.samples.size())));
+    if (result < 0)
+        return result;
     return audio_.push(item.samples.data(), int(item.samples.size()),
                        [this](AVPacket *p) { return writeAudioPacket(p); });
+}
+
+int EncoderSession::catchUpSound(int64_t arrivingMs)
+{
+    if (!hasVideo() || firstVideoMs_ == INT64_MIN)
+        return 0;
+    // Both start at the file's time zero: the first picture and the first sample. Sound
+    // arrives once it has been heard, so the arriving buffer began that much earlier.
+    const int64_t lag = (lastVideoMs_ - firstVideoMs_) - audio_.pushedMs() - arrivingMs;
+    if (lag <= kMaxSoundLagMs)
+        return 0;
+    logLine("the sound lags the picture by %lld ms; silence fills the gap",
+            static_cast<long long>(lag));
+    return audio_.pushSilence(lag, [this](AVPacket *p) { return writeAudioPacket(p); });
 }
 
 int EncoderSession::finishStreams()
@@ -435,6 +455,8 @@ int EncoderSession::finishStreams()
             result = writePendingVideo();
         }
     }
+    if (hasAudio() && result >= 0)
+        result = catchUpSound(0);
     if (hasAudio() && result >= 0)
         result = audio_.flush([this](AVPacket *p) { return writeAudioPacket(p); });
     return result;

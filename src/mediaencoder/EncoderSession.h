@@ -11,6 +11,11 @@
 // the queue full waits up to kPushWaitMs for room, then drops the frame and counts it,
 // so memory stays bounded whatever the input rate. Sound is never dropped: a second of
 // it is smaller than one picture.
+//
+// Sound is timed by its sample count, pictures by their timestamps. When the sound
+// stops for a while (its device went away and another took over) it would run early
+// from then on; so sound that lags the pictures by more than kMaxSoundLagMs is caught up
+// with silence first.
 #include "AudioStream.h"
 #include "ContainerChoice.h"
 #include "MediaEncoder.h"
@@ -32,6 +37,7 @@ class EncoderSession {
 public:
     static constexpr size_t kMaxQueuedFrames = 16;
     static constexpr int kPushWaitMs = 200;
+    static constexpr int64_t kMaxSoundLagMs = 200;
 
     EncoderSession() = default;
     EncoderSession(const EncoderSession &) = delete;
@@ -85,6 +91,9 @@ private:
     // Counts the bytes and notes a size limit reached.
     void noteBytes();
     int finishStreams();
+    // Silence up to the pictures' time, when the sound (with arrivingMs more of it on the
+    // way) lags them too far.
+    int catchUpSound(int64_t arrivingMs);
 
     mutable std::mutex mutex_; // settings, state, queue
     std::condition_variable queueChanged_;
@@ -116,6 +125,8 @@ private:
     bool sizeReached_ = false;
     int64_t splitTicks_ = 0;
     int64_t fileStartMs_ = INT64_MIN;
+    int64_t firstVideoMs_ = INT64_MIN;
+    int64_t lastVideoMs_ = INT64_MIN;
     int64_t closedFilesBytes_ = 0;
 
     std::atomic<int64_t> encodedMs_{0};

@@ -109,6 +109,27 @@ TEST_F(EncoderFilesTest, AGapInThePicturesLeavesNoFrozenStretchAndNoHoleInTheSou
     EXPECT_NEAR(MediaProbe::toneFrequency(MediaProbe::monoSamples(r.path), 44100), 440, 2);
 }
 
+TEST_F(EncoderFilesTest, SoundThatStopsForAWhileIsCaughtUpWithSilence)
+{
+    Recording r;
+    r.path = pathFor("soundgap.mp4");
+    r.frames = 75;
+    r.soundGapFromMs = 1000;
+    r.soundGapMs = 600;
+    ASSERT_EQ(synthetic::record(r).encodeResult, 0);
+    // The tone after the gap stays where the pictures are: the gap is silent, not skipped.
+    EXPECT_NEAR(MediaProbe::probeAudio(r.path).duration, 3.0, 0.06);
+    const std::vector<float> sound = MediaProbe::monoSamples(r.path);
+    ASSERT_GT(sound.size(), 44100u * 29 / 10);
+    const auto slice = [&](double from, double to) {
+        return std::vector<float>(sound.begin() + std::ptrdiff_t(from * 44100),
+                                  sound.begin() + std::ptrdiff_t(to * 44100));
+    };
+    EXPECT_GT(MediaProbe::toneAmplitude(slice(0.2, 0.9), 44100, 440), 0.4);
+    EXPECT_LT(MediaProbe::toneAmplitude(slice(1.1, 1.5), 44100, 440), 0.01);
+    EXPECT_GT(MediaProbe::toneAmplitude(slice(1.7, 2.9), 44100, 440), 0.4);
+}
+
 // Every picture of the recording appears exactly once across the files.
 void expectEachFrameOnce(const QStringList &files, int frames)
 {

@@ -1,5 +1,6 @@
 #include "SyntheticMedia.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <thread>
@@ -86,6 +87,7 @@ Result record(const Recording &r)
         const int pw = r.pushWidth > 0 ? r.pushWidth : r.width;
         const int ph = r.pushHeight > 0 ? r.pushHeight : r.height;
         int64_t ms = 0;
+        int64_t soundClock = 0; // samples per channel the sound has run for, pushed or not
         for (int f = 0; f < r.frames; ++f) {
             const int64_t frameMs = std::llround(f * 1000.0 / r.fps);
             const int64_t nextMs = std::llround((f + 1) * 1000.0 / r.fps);
@@ -100,15 +102,18 @@ Result record(const Recording &r)
                 const int64_t soundMs =
                     nextMs + (r.gapAfterFrame >= 0 && f >= r.gapAfterFrame ? r.gapMs : 0);
                 const int64_t until = soundMs * r.sampleRate / 1000;
-                const int count = int(until - result.samplesPushed);
-                if (count > 0) {
+                const int count = int(until - soundClock);
+                const bool lost = r.soundGapFromMs >= 0 && frameMs >= r.soundGapFromMs &&
+                                  frameMs < r.soundGapFromMs + r.soundGapMs;
+                if (count > 0 && !lost) {
                     std::vector<int32_t> s =
-                        tone(r.toneHz, r.sampleRate, r.channels, result.samplesPushed, count);
+                        tone(r.toneHz, r.sampleRate, r.channels, soundClock, count);
                     AudioFrame frame{reinterpret_cast<uint8_t *>(s.data()),
                                      int32_t(s.size() * sizeof(int32_t))};
                     apiEncoderPushAudio(h, &frame);
                     result.samplesPushed += count;
                 }
+                soundClock += std::max(count, 0);
             }
         }
         apiEncodePushVideoTrailer(h);

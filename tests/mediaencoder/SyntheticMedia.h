@@ -30,6 +30,8 @@ struct Recording {
     int frames = 75;
     int64_t gapAfterFrame = -1; // timestamps jump by gapMs after this frame
     int gapMs = 0;
+    int64_t soundGapFromMs = -1; // no sound is pushed for soundGapMs from here on
+    int soundGapMs = 0;
     bool video = true;
     bool audio = true;
     int channels = 2;
