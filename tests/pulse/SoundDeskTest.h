@@ -34,9 +34,13 @@ class SoundDeskTest : public testing::Test {
 protected:
     static void SetUpTestSuite()
     {
-        if (qEnvironmentVariableIsEmpty("PULSE_SERVER") || pactl({"info"}).isEmpty())
+        if (qEnvironmentVariableIsEmpty("PULSE_SERVER"))
             return;
-        available_ = true;
+        // A busy server may let one request time out; a desktop that is there is waited for.
+        for (int attempt = 0; attempt < 3 && !available_; ++attempt)
+            available_ = !pactl({"info"}).isEmpty();
+        if (!available_)
+            return;
         // A machine with a microphone, speakers and the loopback device.
         const QStringList loads[] = {
             {"module-null-sink", "sink_name=builtin_out",
@@ -73,8 +77,9 @@ protected:
 
     void SetUp() override
     {
-        if (!available_)
+        if (!available_ && qEnvironmentVariableIsEmpty("PULSE_SERVER"))
             GTEST_SKIP() << "needs the test desktop's sound server (scripts/test-desktop)";
+        ASSERT_TRUE(available_) << "the test desktop's sound server does not answer";
     }
 
     // A null sink runs on its own timer only while a stream plays into it; without one its
