@@ -72,8 +72,7 @@ bool AudioStream::open(const AudioSettings &settings)
 
 int AudioStream::push(const uint8_t *samples, int bytes, const PacketSink &sink)
 {
-    const int frameBytes = 4 * settings_.sourceChannels;
-    const int count = bytes / frameBytes;
+    const int count = bytes / frameBytes();
     if (count <= 0)
         return 0;
     sourceSamples_ += count;
@@ -100,11 +99,10 @@ int AudioStream::pushSilence(int64_t ms, const PacketSink &sink)
     // A second at a time, so a long gap does not take a long buffer.
     std::vector<int32_t> zeros(size_t(std::min<int64_t>(remaining, settings_.sourceRate)) *
                                size_t(settings_.sourceChannels));
-    const int frameBytes = 4 * settings_.sourceChannels;
     while (remaining > 0) {
         const int count = int(std::min<int64_t>(remaining, settings_.sourceRate));
         const int result =
-            push(reinterpret_cast<const uint8_t *>(zeros.data()), count * frameBytes, sink);
+            push(reinterpret_cast<const uint8_t *>(zeros.data()), count * frameBytes(), sink);
         if (result < 0)
             return result;
         remaining -= count;

@@ -26,18 +26,17 @@ public:
     // Silence of the source format, as if the source had delivered it.
     int pushSilence(int64_t ms, const PacketSink &sink);
     // Milliseconds of source sound taken so far, silence included.
-    int64_t pushedMs() const { return sourceSamples_ * 1000 / settings_.sourceRate; }
+    int64_t pushedMs() const { return msOfFrames(sourceSamples_); }
     // Milliseconds of bytes of source sound.
-    int64_t msOf(int bytes) const
-    {
-        return int64_t(bytes / (4 * settings_.sourceChannels)) * 1000 / settings_.sourceRate;
-    }
+    int64_t msOf(int bytes) const { return msOfFrames(bytes / frameBytes()); }
     // The rest, then the encoder's own delay.
     int flush(const PacketSink &sink);
     // Samples (per channel, at the encoder's rate) handed to the encoder so far.
     int64_t samplesEncoded() const { return nextPts_; }
 
 private:
+    int frameBytes() const { return 4 * settings_.sourceChannels; }
+    int64_t msOfFrames(int64_t frames) const { return frames * 1000 / settings_.sourceRate; }
     int encodeFrames(bool all, const PacketSink &sink);
     int send(AVFrame *frame, const PacketSink &sink);
 

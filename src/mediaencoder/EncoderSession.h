@@ -12,8 +12,8 @@
 // so memory stays bounded whatever the input rate. Sound is never dropped: a second of
 // it is smaller than one picture.
 //
-// Sound is timed by its sample count, pictures by their timestamps. When the sound
-// stops for a while (its device went away and another took over) it would run early
+// Sound is timed by its sample count, pictures by their timestamps. Sound that starts
+// late (a route just built) or stops for a while (its device went away) would run early
 // from then on; so sound that lags the pictures by more than kMaxSoundLagMs is caught up
 // with silence first.
 #include "AudioStream.h"
