@@ -1,12 +1,14 @@
 // bench_record_screen: records a screen of moving content through the recording engine
 // (cursor and a text watermark on) and then, on the same display, with
-//   ffmpeg -f x11grab -framerate 30 ... -c:v libx264 -preset P
+//   ffmpeg -f x11grab -framerate FPS ... -c:v libx264 -preset P
 // and prints for both: CPU seconds per recorded second, frames written against frames
-// expected, late frames (a step of more than 1.5 frame intervals) and peak memory.
+// expected, late frames (a step of more than 1.5 frame intervals) and peak memory. For the
+// engine also: the interface thread's worst event-loop delay while recording (a 10 ms
+// timer's lateness) and the time stopRecording takes to close the file.
 //
 // Run it on a desktop of one 1920x1080 monitor, e.g.
 //   DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start
-// Options: --seconds N (20), --preset P (ultrafast), --no-ffmpeg.
+// Options: --seconds N (20), --fps N (30), --preset P (ultrafast), --no-ffmpeg.
 #include "../ProcessFigures.h"
 #include "AppDelegate.h"
 #include "LinuxPlatform.h"
@@ -35,6 +37,8 @@ struct Figures {
     int expected = 0;
     int late = 0;
     double peakMegabytes = 0;
+    double worstLoopDelayMs = 0;
+    double stopMs = 0;
 };
 
 void countFrames(const QString &path, int fps, Figures &figures)
@@ -71,19 +75,35 @@ Figures recordWithEngine(AppDelegate &app, const ScreenInfo &screen, const QStri
     manager.setScreen(screen);
     manager.setCaptureRect(QRectF());
 
+    Figures figures;
+    // The interface thread's responsiveness: how late a 10 ms timer fires at worst.
+    QTimer probe;
+    probe.setTimerType(Qt::PreciseTimer);
+    QElapsedTimer sinceTick;
+    QObject::connect(&probe, &QTimer::timeout, [&] {
+        const double late = sinceTick.nsecsElapsed() / 1e6 - 10.0;
+        figures.worstLoopDelayMs = std::max(figures.worstLoopDelayMs, late);
+        sinceTick.restart();
+    });
+
     rusage before{}, after{};
     getrusage(RUSAGE_SELF, &before);
     // The wait can overrun; the recording lasts what the clock says.
     QElapsedTimer recorded;
     recorded.start();
     manager.startRecording();
+    sinceTick.start();
+    probe.start(10);
     wait(seconds * 1000);
+    probe.stop();
+    QElapsedTimer stopping;
+    stopping.start();
     manager.stopRecording();
+    figures.stopMs = stopping.nsecsElapsed() / 1e6;
     const double recordedSeconds = recorded.elapsed() / 1000.0;
     manager.captrueScreenInputEnable(false);
     getrusage(RUSAGE_SELF, &after);
 
-    Figures figures;
     figures.cpuPerSecond = (cpuSeconds(after) - cpuSeconds(before)) / recordedSeconds;
     figures.expected = int(std::lround(recordedSeconds * fps));
     figures.peakMegabytes = statusKilobytes("VmHWM") / 1024.0;
@@ -138,12 +158,15 @@ void print(const char *name, const Figures &f)
 int main(int argc, char **argv)
 {
     int seconds = 20;
+    int fps = 30;
     QString preset = QStringLiteral("ultrafast");
     bool withFfmpeg = true;
     for (int i = 1; i < argc; ++i) {
         const QByteArray arg = argv[i];
         if (arg == "--seconds" && i + 1 < argc)
             seconds = std::max(1, atoi(argv[++i]));
+        else if (arg == "--fps" && i + 1 < argc)
+            fps = std::max(1, atoi(argv[++i]));
         else if (arg == "--preset" && i + 1 < argc)
             preset = QString::fromUtf8(argv[++i]);
         else if (arg == "--no-ffmpeg")
@@ -157,10 +180,10 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
-    const int fps = 30;
 
     QProcess pattern;
-    pattern.start(QCoreApplication::applicationDirPath() + "/bench_moving_pattern");
+    pattern.start(QCoreApplication::applicationDirPath() + "/bench_moving_pattern",
+                  {QString::number(fps)});
     if (!pattern.waitForStarted()) {
         std::fprintf(stderr, "cannot start bench_moving_pattern\n");
         return 2;
@@ -182,6 +205,8 @@ int main(int argc, char **argv)
     std::printf("%-22s %10s %17s %8s %6s %10s\n", "recorder", "CPU s/s", "frames", "written",
                 "late", "peak MB");
     print("capstan engine", ours);
+    std::printf("capstan engine: worst event-loop delay %.1f ms, stop to closed file %.0f ms\n",
+                ours.worstLoopDelayMs, ours.stopMs);
     if (withFfmpeg) {
         print("ffmpeg x11grab", theirs);
         if (theirs.cpuPerSecond > 0)

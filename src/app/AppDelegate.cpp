@@ -1,10 +1,11 @@
 #include "AppDelegate.h"
 
 #include "Alerts.h"
-#include "LinuxPlatform.h"
 #include "Localization.h"
 #include "Permissions.h"
+#include "SettingsKeys.h"
 #include "SystemVersion.h"
+#include "UserDefaults.h"
 
 #include <mutex>
 
@@ -22,10 +23,9 @@ void AppDelegate::installSharedPlatform(const Platform &platform)
 AppDelegate *AppDelegate::sharedInstance()
 {
     std::call_once(sharedOnce, [] {
-        if (!sharedPlatform) {
-            static LinuxPlatform linuxPlatform;
-            sharedPlatform = linuxPlatform.platform();
-        }
+        // main installs the platform first; nothing here knows how to build one.
+        if (!sharedPlatform)
+            qFatal("AppDelegate::sharedInstance: no platform installed");
         // Lives as long as the process, as the application controller does.
         sharedDelegate = create(*sharedPlatform).release();
     });
@@ -46,6 +46,11 @@ TNRecordManager *AppDelegate::recordManager()
 EncodeManager &AppDelegate::encodeManager()
 {
     return recordManager()->encodeManager();
+}
+
+qint64 AppDelegate::splitType() const
+{
+    return platform_.defaults->integerForKey(Keys::SplitType);
 }
 
 bool AppDelegate::permissionGranted(MediaType type, bool showAlert, MediaType requestType)

@@ -46,7 +46,7 @@ public:
     QString getFileNameForNowTime() const;
     static QString dateToString(const QDateTime &date);
     QString plistPath() const;
-    static double getNowTimeTimestamp();
+    double getNowTimeTimestamp() const;
     static QString timeFromString(int seconds);
     static QString timeFrom_String(int seconds);
     void generateMemoryInfo();
@@ -84,6 +84,8 @@ public:
     float fps() const override { return fps_.load(); }
     void setFps(float fps) { fps_ = fps; }
     qint64 framItemIndex() const override { return framItemIndex_.load(); }
+    // "SplitType", read when a recording starts.
+    qint64 splitType() const override;
     FrameDecorations frameDecorations() const override;
     void showCameraImage(const QImage &image, bool recordingView) override;
     // The latest camera pictures, for the views that show them.
@@ -170,6 +172,10 @@ public:
     const QString &watermarkTextString() const { return watermarkTextString_; }
     quint64 watermarkType() const;
     void setWatermarkType(quint64 type);
+    // "Watermark_center_x", "Watermark_center_y", "Watermark_scale": stored and mirrored
+    // for the compositor.
+    WatermarkPlacement watermarkPlacement() const;
+    void setWatermarkPlacement(const WatermarkPlacement &placement);
     qint64 endTimeType() const { return endTimeType_; }
     bool isResetEventMonitor() const { return isResetEventMonitor_; }
     double freeSpace() const { return freeSpace_; }
@@ -245,6 +251,7 @@ private:
     qint64 isWatermarkShadow_ = 0;
     QString watermarkTextString_;
     quint64 watermarkType_ = 0;
+    WatermarkPlacement watermarkPlacement_;
     qint64 endTimeType_ = 0;
     bool isResetEventMonitor_ = false;
     double freeSpace_ = 0;

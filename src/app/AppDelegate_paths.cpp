@@ -2,7 +2,7 @@
 #include "AppDelegate.h"
 
 #include "Clock.h"
-#include "LinuxAdapters.h"
+#include "DurationText.h"
 #include "StandardFolders.h"
 
 #include <QDir>
@@ -48,33 +48,22 @@ QString AppDelegate::plistPath() const
     return path;
 }
 
-double AppDelegate::getNowTimeTimestamp()
+double AppDelegate::getNowTimeTimestamp() const
 {
-    return SystemClock().now();
-}
-
-static void splitSeconds(int seconds, unsigned long *h, unsigned long *m, unsigned long *s)
-{
-    const auto total = static_cast<unsigned long>(seconds);
-    *h = total / 3600 % 60;
-    *m = total / 60 % 60;
-    *s = total % 60;
+    return platform_.clock->now();
 }
 
 QString AppDelegate::timeFromString(int seconds)
 {
-    unsigned long h, m, s;
-    splitSeconds(seconds, &h, &m, &s);
-    return QString::asprintf("%02lu:%02lu:%02lu", h, m, s);
+    return durationText(seconds);
 }
 
 QString AppDelegate::timeFrom_String(int seconds)
 {
-    unsigned long h, m, s;
-    splitSeconds(seconds, &h, &m, &s);
-    if (h != 0)
-        return QString::asprintf("%02lu时%02lu分%02lu秒", h, m, s);
-    return QString::asprintf("%02lu分%02lu秒", m, s);
+    const HoursMinutesSeconds t = splitSeconds(seconds);
+    if (t.h != 0)
+        return QString::asprintf("%02lu时%02lu分%02lu秒", t.h, t.m, t.s);
+    return QString::asprintf("%02lu分%02lu秒", t.m, t.s);
 }
 
 void AppDelegate::generateMemoryInfo()

@@ -144,6 +144,9 @@ void AppDelegate::loadSettings()
     isWatermarkShadow_ = d.integerForKey(Keys::WatermarkIsShow);
     watermarkTextString_ = d.stringForKey(Keys::WatermarkTextString);
     watermarkType_ = quint64(d.integerForKey(Keys::WatermarkType));
+    watermarkPlacement_ = {d.floatForKey(Keys::WatermarkCenterX),
+                           d.floatForKey(Keys::WatermarkCenterY),
+                           d.floatForKey(Keys::WatermarkScale)};
     endTimeType_ = 0;
     isResetEventMonitor_ = false;
     audioExtensionIndex_ = d.integerForKey(Keys::AudioTypeIndex);

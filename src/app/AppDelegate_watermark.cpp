@@ -1,6 +1,8 @@
 // What the compositor stamps on frames, and the camera pictures it hands back.
 #include "AppDelegate.h"
 
+#include "SettingsKeys.h"
+#include "UserDefaults.h"
 #include "WatermarkRenderer.h"
 
 #include <QFontDatabase>
@@ -19,7 +21,18 @@ FrameDecorations AppDelegate::frameDecorations() const
     d.watermarkImage = watermarkImage_;
     d.textStyle = {textWatermarkFont_.fontName, textWatermarkFont_.pointSize, textWatermarkColor_,
                    watermarkAlpha_};
+    d.placement = watermarkPlacement_;
     return d;
+}
+
+void AppDelegate::setWatermarkPlacement(const WatermarkPlacement &placement)
+{
+    UserDefaults &d = *platform_.defaults;
+    d.setFloat(placement.centerX, Keys::WatermarkCenterX);
+    d.setFloat(placement.centerY, Keys::WatermarkCenterY);
+    d.setFloat(placement.scale, Keys::WatermarkScale);
+    std::lock_guard lock(decorationsMutex_);
+    watermarkPlacement_ = placement;
 }
 
 void AppDelegate::showCameraImage(const QImage &image, bool recordingView)
@@ -57,5 +70,11 @@ CAPSTAN_GUARDED_PROPERTY(bool, isMouseHight, setIsMouseHight)
 CAPSTAN_GUARDED_PROPERTY(bool, isShowMouse, setIsShowMouse)
 CAPSTAN_GUARDED_PROPERTY(bool, isMouseClickEffect, setIsMouseClickEffect)
 CAPSTAN_GUARDED_PROPERTY(quint64, watermarkType, setWatermarkType)
+
+WatermarkPlacement AppDelegate::watermarkPlacement() const
+{
+    std::lock_guard lock(decorationsMutex_);
+    return watermarkPlacement_;
+}
 CAPSTAN_GUARDED_PROPERTY(bool, isTimeTextWatermark, setIsTimeTextWatermark)
 CAPSTAN_GUARDED_PROPERTY(QImage, watermarkImage, setWatermarkImage)

@@ -2,12 +2,11 @@
 
 #include "Log.h"
 #include "RecordTypes.h"
-#include "SettingsKeys.h"
-#include "UserDefaults.h"
 
 #include <QThread>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 using capstan::NSLog;
 
@@ -21,28 +20,32 @@ void logIfFailed(int result, const char *what)
 
 } // namespace
 
-EncodeManager::EncodeManager(UserDefaults &defaults, std::function<quint64()> recordVideoType)
-    : defaults_(defaults), recordVideoType_(std::move(recordVideoType))
-{
-    initHandle();
-}
+EncodeManager::EncodeManager(std::function<qint64()> splitType,
+                             std::function<quint64()> recordVideoType)
+    : splitType_(std::move(splitType)), recordVideoType_(std::move(recordVideoType))
+{}
 
 void EncodeManager::initHandle()
 {
-    std::lock_guard lock(handleMutex_);
+    if (isWorking_)
+        stopEncoderEncode();
+    std::unique_lock lock(handleMutex_);
+    // A handle that was made but never started holds no file: closing it only frees it.
+    if (EncoderHandle unused = handle_.exchange(nullptr))
+        apiEncoderClose(unused);
     handle_ = apiEncoderCreate();
 }
 
 EncoderHandle EncodeManager::handle() const
 {
-    std::lock_guard lock(handleMutex_);
-    return handle_;
+    return handle_.load();
 }
 
 void EncodeManager::setOutputPath(const QString &outputPath)
 {
     outputPath_ = outputPath;
-    logIfFailed(apiEncoderSetOutputPath(handle(), outputPath.toUtf8().constData()), "设置输出路径");
+    if (const EncoderHandle h = handle())
+        logIfFailed(apiEncoderSetOutputPath(h, outputPath.toUtf8().constData()), "设置输出路径");
 }
 
 QSizeF EncodeManager::imageSize() const
@@ -60,6 +63,8 @@ void EncodeManager::setImageSize(const QSizeF &size)
 void EncodeManager::setUpVideoSettings()
 {
     const EncoderHandle h = handle();
+    if (!h)
+        return; // kept for the next start
     const QSizeF size = imageSize();
     const auto width = static_cast<int32_t>(size.width());
     const auto height = static_cast<int32_t>(size.height());
@@ -74,6 +79,8 @@ void EncodeManager::setUpVideoSettings()
 void EncodeManager::setUpAudioSettings()
 {
     const EncoderHandle h = handle();
+    if (!h)
+        return; // kept for the next start
     logIfFailed(apiEncoderSetAudioSrcContext(h, audioChannels_, audioSamples_,
                                              MEDIAENCODER_AUDIO_FORMAT_S32),
                 "设置音频源数据格式");
@@ -91,7 +98,7 @@ static int32_t throughFloat(qint32 value)
 
 void EncodeManager::setSplit()
 {
-    const qint64 splitType = defaults_.integerForKey(Keys::SplitType);
+    const qint64 splitType = splitType_ ? splitType_() : 0;
     int32_t timeLimit = 0;
     int32_t sizeLimit = 0;
     if (splitType == 2)
@@ -100,6 +107,8 @@ void EncodeManager::setSplit()
         timeLimit = throughFloat(splitTime_);
     // Both limits go out at every start, zeros too, so no earlier limit survives.
     const EncoderHandle h = handle();
+    if (!h)
+        return;
     if (apiEncoderSetLimitTime(h, timeLimit) == 1)
         NSLog(lcEngine, "设置时间分段，%s:line:%d time:%d", __func__, __LINE__, splitTime_);
     else
@@ -113,10 +122,14 @@ void EncodeManager::setSplit()
 void EncodeManager::startEncoderEncode()
 {
     setSplit();
-    std::lock_guard lock(handleMutex_);
+    std::unique_lock lock(handleMutex_);
     const int result = apiEncoderEncode(handle_);
     if (result < 0) {
         NSLog(lcEngine, "错误码:%d ->描述：开始编码失败", result);
+        // Nothing will be written: the handle goes now rather than at a stop that finds
+        // nothing to stop.
+        if (EncoderHandle failed = handle_.exchange(nullptr))
+            apiEncoderClose(failed);
         return;
     }
     nTotalAudiosize_ = 0;
@@ -126,7 +139,7 @@ void EncodeManager::startEncoderEncode()
 
 void EncodeManager::encoderPushVideo(VIDEO_PACKET *packet, double pts)
 {
-    std::lock_guard lock(handleMutex_);
+    std::shared_lock lock(handleMutex_);
     if (!isWorking_ || !handle_)
         return;
     logIfFailed(apiEncoderPushVideo(handle_, packet, static_cast<int64_t>(pts)),
@@ -172,7 +185,7 @@ void EncodeManager::encoderPushAudio(const AudioSampleBuffer &sampleBuffer)
         }
     }
     {
-        std::lock_guard lock(handleMutex_);
+        std::shared_lock lock(handleMutex_);
         if (isWorking_ && handle_)
             logIfFailed(apiEncoderPushAudio(handle_, frame), "送入音频数据失败");
     }
@@ -185,16 +198,17 @@ void EncodeManager::encoderPushAudio(const AudioSampleBuffer &sampleBuffer)
 
 double EncodeManager::filesize()
 {
-    std::lock_guard lock(handleMutex_);
-    return double(apiEncoderGetFileSize(handle_));
+    std::shared_lock lock(handleMutex_);
+    return handle_ ? double(apiEncoderGetFileSize(handle_)) : 0.0;
 }
 
 double EncodeManager::countRecordedDuration()
 {
     int64_t encoded = 0;
     {
-        std::lock_guard lock(handleMutex_);
-        encoded = apiEncoderGetEncodedTimestamp(handle_);
+        std::shared_lock lock(handleMutex_);
+        if (handle_)
+            encoded = apiEncoderGetEncodedTimestamp(handle_);
     }
     if (recordVideoType_ && recordVideoType_() == VideoTypeAudioOnly) {
         // Sound alone: whole seconds from the bytes pushed, always as if 4-byte stereo.
@@ -207,22 +221,13 @@ double EncodeManager::countRecordedDuration()
     return double(encoded);
 }
 
-void EncodeManager::stopEncoderVideo()
-{
-    logIfFailed(apiEncodePushVideoTrailer(handle()), "标识视频数据送入结束");
-}
-
-void EncodeManager::stopEncoderAudio()
-{
-    logIfFailed(apiEncodePushAudioTrailer(handle()), "标识音频数据送入结束");
-}
-
 void EncodeManager::stopEncoderEncode()
 {
     EncoderHandle h = nullptr;
     {
-        // Clearing isWorking under the lock waits out a push in flight on another thread.
-        std::lock_guard lock(handleMutex_);
+        // Taking the handle alone waits out the pushes in flight; later ones see
+        // isWorking false.
+        std::unique_lock lock(handleMutex_);
         if (!isWorking_) {
             NSLog(lcEngine, "没有编码");
             return;
@@ -232,10 +237,22 @@ void EncodeManager::stopEncoderEncode()
     }
     apiEncodePushVideoTrailer(h);
     apiEncodePushAudioTrailer(h);
-    while (apiEncodeIsDone(h) != 1)
+    const auto deadline = std::chrono::steady_clock::now() + stopTimeout_;
+    int done = 0;
+    while ((done = apiEncodeIsDone(h)) == 0 && std::chrono::steady_clock::now() < deadline)
         QThread::usleep(1000);
-    std::lock_guard lock(handleMutex_);
+
+    std::unique_lock lock(handleMutex_); // no query may use the handle as it closes
+    handle_ = nullptr;
+    if (done != 1) {
+        // A library that failed or hangs must not hold the interface: what it wrote is
+        // readable, and the close waits for its worker on a thread of its own.
+        NSLog(lcEngine,
+              "the encoder did not finish (%d) within %lld ms; closing it in the background", done,
+              static_cast<long long>(stopTimeout_.count()));
+        std::thread([h] { apiEncoderClose(h); }).detach();
+        return;
+    }
     logIfFailed(apiEncoderClose(h), "关闭编码器");
     NSLog(lcEngine, "关闭编码器");
-    handle_ = nullptr;
 }

@@ -1,30 +1,37 @@
 #pragma once
 // The facade over the encoder library: holds the settings, applies them to the
 // library in a fixed order, interleaves stereo sound, derives the running duration
-// and logs every failed call. One library handle serves one recording.
+// and logs every failed call.
 //
-// Threads: settings and video pushes on the main thread; audio pushes on the audio
-// queue; filesize() and countRecordedDuration() from any thread. A lock keeps the
-// handle alive while a push or a query on another thread uses it.
+// One library handle serves one recording: initHandle makes it at the start, the stop
+// (or a failed start) closes it. Without a handle, settings are only kept, to be applied
+// at the next start, and the queries answer 0 without asking the library.
+//
+// Threads: the settings, initHandle, the start and the stop on the main thread; picture
+// pushes on the capture threads, sound pushes on the audio thread; filesize() and
+// countRecordedDuration() from any thread. Pushes share the handle (a shared lock), so
+// sound never waits for a picture; only making and closing the handle take it alone.
 #include "AudioSampleBuffer.h"
 #include "MediaEncoder.h"
 
 #include <QSizeF>
 #include <QString>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <mutex>
-
-class UserDefaults;
+#include <shared_mutex>
 
 class EncodeManager {
 public:
-    // recordVideoType answers the session's current video type (4 is sound alone).
-    EncodeManager(UserDefaults &defaults, std::function<quint64()> recordVideoType);
+    // splitType answers the split rule when a recording starts (1 time, 2 size); the
+    // recordVideoType the session's current video type (4 is sound alone).
+    EncodeManager(std::function<qint64()> splitType, std::function<quint64()> recordVideoType);
     EncodeManager(const EncodeManager &) = delete;
     EncodeManager &operator=(const EncodeManager &) = delete;
 
-    // A new library handle; an earlier one is dropped without a close, as it was never started.
+    // A new library handle for the next recording; one left from a start that never
+    // happened is closed first.
     void initHandle();
     void setOutputPath(const QString &outputPath);
     void setUpVideoSettings();
@@ -35,10 +42,12 @@ public:
     void encoderPushAudio(const AudioSampleBuffer &sampleBuffer);
     double filesize();
     double countRecordedDuration();
-    void stopEncoderVideo();
-    void stopEncoderAudio();
-    // Blocks until the library has written everything, then closes the handle.
+    // Waits until the library has written everything, at most stopTimeout(), then
+    // closes the handle. A library that does not finish in time is left to close on a
+    // thread of its own: the file is fragmented and readable up to where it got.
     void stopEncoderEncode();
+    std::chrono::milliseconds stopTimeout() const { return stopTimeout_; }
+    void setStopTimeout(std::chrono::milliseconds timeout) { stopTimeout_ = timeout; }
 
     bool isWorking() const { return isWorking_.load(); }
     qint32 splitTime() const { return splitTime_; }
@@ -63,7 +72,7 @@ public:
     void setImageSize(const QSizeF &size);
 
 private:
-    UserDefaults &defaults_;
+    std::function<qint64()> splitType_;
     std::function<quint64()> recordVideoType_;
 
     std::atomic<bool> isWorking_{false};
@@ -74,8 +83,11 @@ private:
     std::atomic<qint32> audioChannels_{2};
     std::atomic<qint32> audioSamples_{44100};
     std::atomic<qint32> nTotalAudiosize_{0};
-    mutable std::mutex handleMutex_; // guards handle_ and the start/stop transitions
-    EncoderHandle handle_ = nullptr;
+    // Shared by pushes and queries for as long as they use the handle; taken alone to
+    // make, start and close it.
+    mutable std::shared_mutex handleMutex_;
+    std::atomic<EncoderHandle> handle_{nullptr};
+    std::chrono::milliseconds stopTimeout_{10000};
     QString outputPath_;
     std::atomic<qint64> videoBitrate_{0};
     mutable std::mutex imageSizeMutex_;

@@ -27,6 +27,14 @@ struct TextWatermarkStyle {
     float alpha = 1;
 };
 
+// Where the watermark sits: its centre as fractions of the frame's width and height (0
+// places a text in the lower left corner), and its scale at a 1920-pixel-wide frame.
+struct WatermarkPlacement {
+    float centerX = 0;
+    float centerY = 0;
+    float scale = 1;
+};
+
 // What the compositor stamps on every frame; a consistent copy is taken per frame.
 struct FrameDecorations {
     bool isMouseHight = false;
@@ -38,6 +46,7 @@ struct FrameDecorations {
     quint64 watermarkType = 2;
     QImage watermarkImage;
     TextWatermarkStyle textStyle;
+    WatermarkPlacement placement;
 };
 
 // The level bars: the main window's, and the two of camera mode.
@@ -65,6 +74,8 @@ public:
     // Frames per second chosen for recordings ("25 fps" gives 25).
     virtual float fps() const = 0;
     virtual qint64 framItemIndex() const = 0;
+    // The split rule at the moment a recording starts: 1 by time, 2 by size, else none.
+    virtual qint64 splitType() const = 0;
     // Safe to call from the capture threads.
     virtual FrameDecorations frameDecorations() const = 0;
     // A camera picture for the floating camera window, or (recordingView) for the main

@@ -2,6 +2,7 @@
 
 #include "CaptureInputs.h"
 #include "Clock.h"
+#include "DurationText.h"
 #include "Log.h"
 
 #include <QMetaObject>
@@ -43,9 +44,8 @@ EncodeManager &TNRecordManager::encodeManager()
 {
     // Capture threads may ask first (an idle camera configures it).
     std::call_once(encodeManagerOnce_, [this] {
-        encodeManager_ = std::make_unique<EncodeManager>(*platform_.defaults,
+        encodeManager_ = std::make_unique<EncodeManager>([this] { return host_.splitType(); },
                                                          [this] { return recordVideoType(); });
-        encodeManager_->initHandle();
     });
     return *encodeManager_;
 }
@@ -91,12 +91,12 @@ void TNRecordManager::startRecording()
         }
     }
 
-    startDate_ = 0;
     {
-        std::lock_guard lock(fileTimesMutex_);
+        std::lock_guard lock(stretchMutex_);
+        startDate_ = 0;
         fileTimes_.clear();
+        status_ = RecordStatusRecording;
     }
-    status_ = RecordStatusRecording;
 
     if (recordAudioType() != AudioTypeNone)
         encoder.setUpAudioSettings();
@@ -107,18 +107,19 @@ void TNRecordManager::startRecording()
     host_.refreshStateMenuItem();
 }
 
+// A frame reads the status and the stretches under the same lock (frameTimestamp), so a
+// pause cannot fall between its gate and its time.
 void TNRecordManager::pauseRecording()
 {
+    std::lock_guard lock(stretchMutex_);
     isWorking_ = false;
-    {
-        std::lock_guard lock(fileTimesMutex_);
-        fileTimes_.append(platform_.clock->now() - startDate_.load());
-    }
+    fileTimes_.append(platform_.clock->now() - startDate_.load());
     status_ = RecordStatusPaused;
 }
 
 void TNRecordManager::resumeRecording()
 {
+    std::lock_guard lock(stretchMutex_);
     startDate_ = platform_.clock->now();
     isWorking_ = true;
     status_ = RecordStatusResumed;
@@ -134,7 +135,16 @@ void TNRecordManager::stopRecording()
         desktopElements_.clear();
         onScreenWindows_.clear();
     }
-    status_ = RecordStatusIdle;
+    {
+        // Frames and sound let through before this point are pushed before the encoder
+        // stops: none of them may reach the next recording's encoder.
+        std::unique_lock lock(stretchMutex_);
+        status_ = RecordStatusIdle;
+        if (!livePassesDone_.wait_for(lock, std::chrono::seconds(2),
+                                      [this] { return livePasses_ == 0; }))
+            NSLog(lcEngine, "stopRecording: %d frames still on their way to the encoder",
+                  livePasses_);
+    }
     encodeManager().stopEncoderEncode();
     if (RecordOverlayWindow *overlay = host_.recordWC()) {
         overlay->removeRecordScreenView();
@@ -157,9 +167,7 @@ void TNRecordManager::timerDurationTimeOut()
         NSLog(lcEngine, "get error record duration= %d", seconds);
         return;
     }
-    // Hours wrap at 60, as the label always showed them.
-    const auto s = static_cast<unsigned long>(seconds);
-    const QString time = QString::asprintf("%02lu:%02lu:%02lu", s / 3600 % 60, s / 60 % 60, s % 60);
+    const QString time = durationText(seconds);
     const double megabytes = encoder.filesize() / 1e6;
     QMetaObject::invokeMethod(
         this,
@@ -173,7 +181,7 @@ void TNRecordManager::timerDurationTimeOut()
 
 QList<double> TNRecordManager::fileTimes() const
 {
-    std::lock_guard lock(fileTimesMutex_);
+    std::lock_guard lock(stretchMutex_);
     return fileTimes_;
 }
 

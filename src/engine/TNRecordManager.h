@@ -21,9 +21,11 @@
 #include <QObject>
 #include <QRectF>
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 class QPainter;
 class QTimer;
@@ -39,7 +41,7 @@ public:
     TNRecordManager(const Platform &platform, RecordSessionHost &host);
     ~TNRecordManager() override;
 
-    // Made on first use; each session gets a new library handle from startRecording.
+    // Made on first use; each recording gets a library handle from startRecording.
     EncodeManager &encodeManager();
 
     void startRecording();
@@ -81,7 +83,6 @@ public:
 
     // Watermark helpers.
     QSizeF getTextWidth(const QString &text) const;
-    QImage getImageWatermark(const QString &text) const;
     QImage getTarnelLogoImageForRecording() const;
     QImage getWaterMarkerImageRef() const;
 
@@ -104,6 +105,9 @@ public:
     QList<EZAudioDevice> outputDevices() const;
     // The quit's clean-up: both aggregates, by their exact names.
     void destroyAggregatesAtQuit();
+    // One round of the device watch (every half second while sound is captured): a changed
+    // number of inputs rebuilds the routing and the sound session.
+    void checkAudioDevices();
 
     const std::optional<EZAudioDevice> &builtInputDevice() const { return builtInputDevice_; }
     const std::optional<EZAudioDevice> &builtOutputDevice() const { return builtOutputDevice_; }
@@ -174,23 +178,44 @@ private:
     WindowMatch matchSelectedWindow(CGWindowID number);
     void walkWindowsAtStart();
 
-    bool isLive();
+    // A frame or sound buffer let through the gate, until it has been pushed. The stop
+    // waits until none is left, so nothing let through for one recording reaches the
+    // encoder of the next. Empty when the gate is shut.
+    class LivePass {
+    public:
+        LivePass() = default;
+        LivePass(TNRecordManager *manager, double seconds) : manager_(manager), seconds_(seconds) {}
+        LivePass(LivePass &&other) noexcept
+            : manager_(std::exchange(other.manager_, nullptr)), seconds_(other.seconds_)
+        {}
+        LivePass &operator=(LivePass &&) = delete;
+        ~LivePass();
+        explicit operator bool() const { return manager_ != nullptr; }
+        // Seconds of picture at the gate (see frameTimestamp).
+        double seconds() const { return seconds_; }
+
+    private:
+        TNRecordManager *manager_ = nullptr;
+        double seconds_ = 0;
+    };
+    // The gate: live means recording or resumed with the encoder working. stamp gives the
+    // pass a picture time, read under the same lock as the status.
+    LivePass passLive(bool stamp);
     OSStatus setDefaultDevice(AudioObjectPropertySelector selector, AudioDeviceID deviceID);
     // Session events of the three inputs come to the main thread; an error with a changed
     // number of output devices runs the device recovery.
     void postSessionEvent(CaptureSessionEvent event, const QString &error);
     void captureSessionEvent(CaptureSessionEvent event, const QString &error);
-    void checkAudioDevices();
     void recoverAudioDevices(const QList<EZAudioDevice> &inputs);
     void showLevel(float level, double waveformValue);
     // Seconds of picture at this moment: wall clock since the stretch began, plus the
-    // closed stretches. The first live frame starts the clock.
+    // closed stretches. The first live frame starts the clock. Under stretchMutex_.
     double frameTimestamp();
-    // On the main thread: the buffer goes to the encoder at seconds.
+    // On the capture thread that made it: the buffer goes to the encoder at seconds. Each
+    // capture thread is serial, so a source's frames reach the encoder in time order.
     void pushFrame(const PixelBufferRef &buffer, double seconds);
-    void pushFrameOnMainQueue(const PixelBufferRef &buffer, double seconds);
     void reportDuration();
-    void screenRule(const PixelBufferRef &frame);
+    void screenRule(const PixelBufferRef &frame, double seconds);
     void cameraRule(const PixelBufferRef &frame);
     void drawClickRing(QPainter &painter, int canvasHeight, float px, float py, float cw, float ch);
     void drawWatermark(QImage &canvas, const FrameDecorations &decorations);
@@ -220,8 +245,12 @@ private:
     std::atomic<quint64> recordAudioType_{AudioTypeSystem};
     std::atomic<quint64> recordVideoType_{VideoTypeFullScreen};
     std::atomic<double> startDate_{0};
-    mutable std::mutex fileTimesMutex_;
+    // Guards fileTimes_ and every change of status_ and startDate_ that a frame's time
+    // depends on (start, pause, resume, stop).
+    mutable std::mutex stretchMutex_;
     QList<double> fileTimes_;
+    int livePasses_ = 0; // behind stretchMutex_
+    std::condition_variable livePassesDone_;
     std::atomic<TNRecordAudioManagerDelegate *> delegate_{nullptr};
     // Guards the three window lists: a window frame in flight may walk them during a stop.
     mutable std::mutex windowsMutex_;

@@ -106,7 +106,8 @@ void TNRecordManager::recoverAudioDevices(const QList<EZAudioDevice> &inputs)
             found = true;
     prepareDevice();
     if (!found) {
-        if (recordAudioType() == AudioTypeMicphone && encodeManager().isWorking()) {
+        // The session's own flag: a paused recording is not stopped, it falls back.
+        if (recordAudioType() == AudioTypeMicphone && isWorking_) {
             host_.recordScreenClicked();
             host_.showMicrophoneMissing();
         }

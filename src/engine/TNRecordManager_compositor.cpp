@@ -8,15 +8,12 @@
 
 #include "Log.h"
 #include "Pointer.h"
-#include "SettingsKeys.h"
-#include "UserDefaults.h"
 #include "WatermarkRenderer.h"
 
 #include <QDateTime>
 #include <QPainter>
 #include <QPainterPath>
 #include <cmath>
-#include <cstring>
 
 using capstan::NSLog;
 
@@ -44,9 +41,7 @@ QImage scaledCanvas(PixelBufferPool &pool, const QImage &source, int width, int 
     if (canvas.isNull())
         return canvas;
     if (source.size() == canvas.size() && source.format() == canvas.format()) {
-        const size_t rowBytes = size_t(width) * 4;
-        for (int row = 0; row < height; ++row)
-            std::memcpy(canvas.scanLine(row), source.constScanLine(row), rowBytes);
+        copyPixelRows(source, canvas);
         return canvas;
     }
     canvas.fill(Qt::transparent);
@@ -163,13 +158,12 @@ void TNRecordManager::drawWatermark(QImage &canvas, const FrameDecorations &deco
     if (image.isNull())
         return;
 
-    const UserDefaults &defaults = *platform_.defaults;
+    const WatermarkPlacement &placement = decorations.placement;
     const float frameWidth = float(canvas.width());
     const float frameHeight = float(canvas.height());
-    const float s = defaults.floatForKey(QString::fromLatin1(Keys::WatermarkScale)) *
-                    (frameWidth / kWatermarkReferenceWidth);
-    float x = defaults.floatForKey(QString::fromLatin1(Keys::WatermarkCenterX)) * frameWidth;
-    float y = defaults.floatForKey(QString::fromLatin1(Keys::WatermarkCenterY)) * frameHeight;
+    const float s = placement.scale * (frameWidth / kWatermarkReferenceWidth);
+    float x = placement.centerX * frameWidth;
+    float y = placement.centerY * frameHeight;
     float iw = float(image.width());
     float ih = float(image.height());
     if (iw > kWatermarkLargestWidth) {
@@ -223,9 +217,7 @@ PixelBufferRef TNRecordManager::pixelBufferFromCGImage(const QImage &image, cons
                               ? image
                               : image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     if (source.size() == target.size()) {
-        const int rowBytes = source.width() * 4;
-        for (int row = 0; row < source.height(); ++row)
-            std::memcpy(target.scanLine(row), source.constScanLine(row), size_t(rowBytes));
+        copyPixelRows(source, target);
         return buffer;
     }
     // Drawn at its own size from the lower left; the rest stays transparent.
@@ -242,12 +234,6 @@ QSizeF TNRecordManager::getTextWidth(const QString &text) const
 {
     return WatermarkRenderer::measure(text, host_.frameDecorations().textStyle,
                                       captureRect().size());
-}
-
-QImage TNRecordManager::getImageWatermark(const QString &text) const
-{
-    (void)getTextWidth(text);
-    return {};
 }
 
 QImage TNRecordManager::getTarnelLogoImageForRecording() const

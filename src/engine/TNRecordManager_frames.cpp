@@ -1,13 +1,13 @@
 // The frame path: every capture output arrives here, is told apart by its source and
 // the session state, composed, stamped with a wall-clock time of our own making and
-// handed to the main thread, which pushes it to the encoder in the order of arrival.
+// pushed to the encoder from the capture thread itself, so the interface thread never
+// waits for the encoder.
 #include "TNRecordManager.h"
 
 #include "Clock.h"
 #include "Log.h"
 
 #include <QMetaObject>
-#include <cstring>
 #include <numeric>
 
 using capstan::NSLog;
@@ -27,10 +27,8 @@ PixelBufferRef mirrorPixelBuffer(const PixelBufferRef &source)
         NSLog(lcEngine, "CVPixelBufferCreate failed : %d", kCVReturnAllocationFailed);
         return nullptr;
     }
-    const QImage flipped = source->constImage().mirrored(true, false);
     QImage target = mirrored->image();
-    for (int row = 0; row < flipped.height(); ++row)
-        std::memcpy(target.scanLine(row), flipped.constScanLine(row), size_t(flipped.width()) * 4);
+    copyPixelRows(source->constImage().mirrored(true, false), target);
     return mirrored;
 }
 
@@ -46,16 +44,33 @@ qint64 videoBitrateForFramItemIndex(qint64 framItemIndex)
     }
 }
 
-bool TNRecordManager::isLive()
+TNRecordManager::LivePass TNRecordManager::passLive(bool stamp)
 {
-    return statusPassesFrames(status_) && encodeManager().isWorking();
+    EncodeManager &encoder = encodeManager();
+    std::lock_guard lock(stretchMutex_);
+    if (!statusPassesFrames(status_) || !encoder.isWorking())
+        return {};
+    ++livePasses_;
+    return LivePass(this, stamp ? frameTimestamp() : 0.0);
+}
+
+TNRecordManager::LivePass::~LivePass()
+{
+    if (!manager_)
+        return;
+    std::lock_guard lock(manager_->stretchMutex_);
+    if (--manager_->livePasses_ == 0)
+        manager_->livePassesDone_.notify_all();
 }
 
 void TNRecordManager::captureOutput(CaptureOutput output, const PixelBufferRef &frame)
 {
-    if (output == CaptureOutput::Screen && isLive() && recordVideoType() != VideoTypeAudioOnly) {
-        screenRule(frame);
-        return;
+    if (output == CaptureOutput::Screen && recordVideoType() != VideoTypeAudioOnly) {
+        // Now is read at the gate, before composing, so the work does not delay the time.
+        if (const LivePass pass = passLive(true)) {
+            screenRule(frame, pass.seconds());
+            return;
+        }
     }
     if (output == CaptureOutput::Video) {
         cameraRule(frame);
@@ -70,7 +85,8 @@ void TNRecordManager::captureOutput(CaptureOutput output, const PixelBufferRef &
 
 void TNRecordManager::captureOutput(const AudioSampleBuffer &sampleBuffer)
 {
-    if (!isLive() || recordAudioType() == AudioTypeNone) {
+    const LivePass pass = recordAudioType() != AudioTypeNone ? passLive(false) : LivePass();
+    if (!pass) {
         // Idle or paused: the meter keeps moving.
         audioVolum(sampleBuffer);
         return;
@@ -84,7 +100,6 @@ void TNRecordManager::captureOutput(const AudioSampleBuffer &sampleBuffer)
 
 double TNRecordManager::frameTimestamp()
 {
-    std::lock_guard lock(fileTimesMutex_);
     if (startDate_ == 0) {
         fileTimes_.clear();
         startDate_ = platform_.clock->now();
@@ -113,17 +128,8 @@ void TNRecordManager::pushFrame(const PixelBufferRef &buffer, double seconds)
     encodeManager().encoderPushVideo(&packet, seconds * 1000.0);
 }
 
-void TNRecordManager::pushFrameOnMainQueue(const PixelBufferRef &buffer, double seconds)
+void TNRecordManager::screenRule(const PixelBufferRef &frame, double seconds)
 {
-    // The closure owns the buffer until the push has copied it.
-    QMetaObject::invokeMethod(
-        this, [this, buffer, seconds] { pushFrame(buffer, seconds); }, Qt::QueuedConnection);
-}
-
-void TNRecordManager::screenRule(const PixelBufferRef &frame)
-{
-    // Now is read before composing, so the work does not delay the frame's time.
-    const double seconds = frameTimestamp();
     // The delivered picture of a window recording only ticks the clock: the followed
     // window is drawn by itself, and may move captureRect as it is.
     const QImage picture = recordVideoType() == VideoTypeAppWindow
@@ -134,7 +140,7 @@ void TNRecordManager::screenRule(const PixelBufferRef &frame)
         pixelBufferFromCGImage(picture, size.isEmpty() ? QSizeF(picture.size()) : size);
     // A frame that could not be made is dropped here.
     if (buffer)
-        pushFrameOnMainQueue(buffer, seconds);
+        pushFrame(buffer, seconds);
     reportDuration();
 }
 
@@ -150,19 +156,16 @@ void TNRecordManager::cameraRule(const PixelBufferRef &frame)
         encoder.setImageSize(QSizeF(mirrored->width(), mirrored->height()));
         encoder.setFps(host_.fps());
     }
+    const bool cameraRecording = recordVideoType() == VideoTypeCamera;
     const QImage image = imageFromPixelBuffer(mirrored);
     QMetaObject::invokeMethod(
-        this,
-        [this, image, mirrored] {
-            if (recordVideoType() != VideoTypeCamera) {
-                host_.showCameraImage(image, false);
-                return;
-            }
-            host_.showCameraImage(image, true);
-            if (!statusPassesFrames(status_))
-                return;
-            pushFrame(mirrored, frameTimestamp());
-            reportDuration();
-        },
+        this, [this, image, cameraRecording] { host_.showCameraImage(image, cameraRecording); },
         Qt::QueuedConnection);
+    // A camera that is on during a screen recording is only shown, never pushed.
+    if (!cameraRecording)
+        return;
+    if (const LivePass pass = passLive(true)) {
+        pushFrame(mirrored, pass.seconds());
+        reportDuration();
+    }
 }

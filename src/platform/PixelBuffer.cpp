@@ -1,5 +1,7 @@
 #include "PixelBuffer.h"
 
+#include <algorithm>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -76,4 +78,12 @@ QImage retainedWritableImage(const PixelBufferRef &buffer)
         return {};
     return QImage(buffer->data(), buffer->width(), buffer->height(), buffer->bytesPerRow(),
                   QImage::Format_ARGB32_Premultiplied, &releaseKeeper, new PixelBufferRef(buffer));
+}
+
+void copyPixelRows(const QImage &source, QImage &target)
+{
+    const int rows = std::min(source.height(), target.height());
+    const size_t rowBytes = size_t(std::min(source.width(), target.width())) * 4;
+    for (int row = 0; row < rows; ++row)
+        std::memcpy(target.scanLine(row), source.constScanLine(row), rowBytes);
 }

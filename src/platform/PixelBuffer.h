@@ -45,3 +45,7 @@ using PixelBufferRef = std::shared_ptr<PixelBuffer>;
 QImage retainedImage(const PixelBufferRef &buffer);
 // The same for a buffer not yet handed on: painting goes into the buffer itself.
 QImage retainedWritableImage(const PixelBufferRef &buffer);
+
+// Copies the 32-bit pixels of source into target row by row (their strides may differ),
+// as many rows and columns as both have, without detaching target from its memory.
+void copyPixelRows(const QImage &source, QImage &target);

@@ -245,10 +245,7 @@ TEST_F(ScreenRecordingTest, CursorAndWatermarksAreBurntIn)
     mark.fill(Qt::magenta);
     app_->setWatermarkImage(mark);
     app_->setWatermarkType(1);
-    UserDefaults &defaults = *platform_->platform().defaults;
-    defaults.setFloat(0.75f, "Watermark_center_x");
-    defaults.setFloat(0.25f, "Watermark_center_y");
-    defaults.setFloat(1.0f, "Watermark_scale");
+    app_->setWatermarkPlacement({0.75f, 0.25f, 1.0f});
     xdotool({"mousemove", "300", "250"});
     QTest::qWait(200);
 

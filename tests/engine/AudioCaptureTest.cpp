@@ -34,7 +34,9 @@ protected:
         fake.audioInput.names = {"Built-in Microphone", "BlackHole 2ch", "MR-InputDevice"};
         fake.audioInput.defaultName = "Built-in Microphone";
         manager = std::make_unique<TNRecordManager>(fake.platform(), host);
-        QTest::qWait(600); // the aggregates are listed
+        // The aggregates are listed half a second after they are built: do it now.
+        manager->loadMRInputDevice();
+        manager->loadMROutPutDevice();
         host.storeDeviceLists(manager->inputDevices(), manager->outputDevices());
     }
 
@@ -70,10 +72,12 @@ TEST_F(AudioCaptureTest, LevelIsThePeakScaledToTheViewWithAFloor)
         EXPECT_NEAR(host.progressOf(LevelBar::Main), c.expected, 1e-6);
     }
 
-    // A locked view keeps every bar where it is.
+    // A locked view keeps every bar where it is: full, through a silent buffer.
+    host.voiceViewSize = QSizeF(300, 68);
+    manager->audioVolum(samples({fullScale}));
     host.voiceViewLocked = true;
     manager->audioVolum(samples({0}));
-    EXPECT_NEAR(host.progressOf(LevelBar::Main), floor, 1e-6);
+    EXPECT_NEAR(host.progressOf(LevelBar::Main), 1.0f, 1e-6);
 }
 
 TEST_F(AudioCaptureTest, CameraModeShowsTheLevelOnTheBarsOfTheChosenSources)
@@ -134,18 +138,34 @@ TEST_F(AudioCaptureTest, VanishedMicrophoneStopsAMicrophoneRecordingAndFallsBack
     manager->captrueAudioInputEnable(true);
     manager->startRecording();
     fake.audio.devices.removeAt(0); // the microphone is unplugged
-    QTest::qWait(700);              // one round of the watch
+    manager->checkAudioDevices();   // one round of the watch
     EXPECT_TRUE(host.events.contains("recordScreenClicked"));
     EXPECT_TRUE(host.events.contains("alert:Alert_Mic_Message"));
     EXPECT_EQ(manager->recordAudioType(), AudioTypeSystem);
     EXPECT_EQ(host.storedInputs, manager->inputDevices().size());
     manager->stopRecording();
 
+    // A paused microphone recording only falls back: it is not stopped.
+    fake.audio.devices.insert(
+        0, FakeAudioHardware::device(10, "Built-in Microphone", "BuiltInMic", {2}, {}));
+    manager->checkAudioDevices();
+    manager->switchRecordType(AudioTypeMicphone);
+    manager->startRecording();
+    manager->pauseRecording();
+    host.events.clear();
+    fake.audio.devices.removeAt(0);
+    manager->checkAudioDevices();
+    EXPECT_FALSE(host.events.contains("recordScreenClicked"));
+    EXPECT_FALSE(host.events.contains("alert:Alert_Mic_Message"));
+    EXPECT_EQ(manager->recordAudioType(), AudioTypeSystem);
+    EXPECT_EQ(manager->status(), RecordStatusPaused);
+    manager->stopRecording();
+
     // In any other state it only falls back, once per change.
     host.events.clear();
     manager->switchRecordType(AudioTypeSystemAndMicphone);
     fake.audio.devices.append(FakeAudioHardware::device(11, "USB Audio", "usb", {1}, {}));
-    QTest::qWait(700);
+    manager->checkAudioDevices();
     EXPECT_FALSE(host.events.contains("alert:Alert_Mic_Message"));
     EXPECT_EQ(manager->recordAudioType(), AudioTypeSystem);
     EXPECT_EQ(host.events.count("storeDeviceLists"), 1);

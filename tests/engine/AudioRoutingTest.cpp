@@ -39,7 +39,9 @@ protected:
         fake.audio.devices = devices;
         fake.audio.defaultOutput = defaultOutput;
         manager = std::make_unique<TNRecordManager>(fake.platform(), host);
-        QTest::qWait(600); // the aggregates are looked up again half a second later
+        // The aggregates are looked up again half a second later: do it now.
+        manager->loadMRInputDevice();
+        manager->loadMROutPutDevice();
         return *manager;
     }
 
@@ -136,7 +138,7 @@ TEST_F(AudioRoutingTest, EachRecordingTypeSelectsItsDevicesAndAlwaysTheOutputAgg
     struct Case {
         quint64 type;
         AudioObjectID input;
-        bool encoderSet;
+        bool encoderSet; // the sound format is stored for the next recording
     };
     const Case cases[] = {
         {AudioTypeSystem, 20, true},
@@ -146,12 +148,12 @@ TEST_F(AudioRoutingTest, EachRecordingTypeSelectsItsDevicesAndAlwaysTheOutputAgg
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.type);
-        RME::reset();
+        m.encodeManager().setAudioBitrate(0);
         EXPECT_EQ(m.switchRecordType(c.type), 0);
         EXPECT_EQ(m.recordAudioType(), c.type);
         EXPECT_EQ(fake.audio.defaultInput, c.input);
         EXPECT_EQ(fake.audio.defaultOutput, aggregateOut);
-        EXPECT_EQ(RME::callsNamed("apiEncoderSetAudioSrcContext").size(), c.encoderSet ? 1u : 0u);
+        EXPECT_EQ(m.encodeManager().audioBitrate(), c.encoderSet ? 12800 : 0);
     }
 }
 

@@ -144,11 +144,9 @@ TEST_F(CompositorTest, WatermarkPlacementFollowsTheFrameWidth)
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
-        fake.defaults.setObject(c.centerX, "Watermark_center_x");
-        fake.defaults.setObject(c.centerY, "Watermark_center_y");
-        fake.defaults.setObject(c.scale, "Watermark_scale");
         manager->setCaptureRect(QRectF(0, 0, c.frameWidth, c.frameHeight));
-        decorate([](FrameDecorations &d) {
+        decorate([&c](FrameDecorations &d) {
+            d.placement = {c.centerX, c.centerY, c.scale};
             d.watermarkType = 1;
             d.watermarkImage = solid(1000, 500, QColor(255, 255, 0));
         });
@@ -165,10 +163,8 @@ TEST_F(CompositorTest, WatermarkPlacementFollowsTheFrameWidth)
 TEST_F(CompositorTest, TimeWatermarkWinsOverTypeAndSitsBottomLeftWithoutPosition)
 {
     manager->setCaptureRect(QRectF(0, 0, 594, 400));
-    fake.defaults.setObject(0.0f, "Watermark_center_x");
-    fake.defaults.setObject(0.0f, "Watermark_center_y");
-    fake.defaults.setObject(1.0f, "Watermark_scale");
     decorate([](FrameDecorations &d) {
+        d.placement = {0.0f, 0.0f, 1.0f};
         d.isTimeTextWatermark = true;
         d.watermarkType = 2;
         d.timeFramStyles = {"YYYY-MM-dd HH:mm:ss"};

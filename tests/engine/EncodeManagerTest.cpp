@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
+#include <future>
+#include <thread>
 #include <vector>
 
 namespace RME = RecordingMediaEncoder;
@@ -33,16 +36,25 @@ protected:
         return samples;
     }
 
-    FakeUserDefaults defaults;
+    qint64 splitType = 0;
     quint64 videoType = VideoTypeFullScreen;
-    EncodeManager encoder{defaults, [this] { return videoType; }};
+    EncodeManager encoder{[this] { return splitType; }, [this] { return videoType; }};
 };
 
-TEST_F(EncodeManagerTest, SettingsReachTheLibraryInTheirOrder)
+TEST_F(EncodeManagerTest, SettingsWithoutARecordingAreKeptForTheNextStart)
 {
     encoder.setImageSize(QSizeF(1279.7, 719.2));
     encoder.setFps(23.976f);
     encoder.setVideoBitrate(5000);
+    // Idle: no handle, so nothing reaches the library and the queries answer 0.
+    encoder.setOutputPath("/tmp/a.mp4");
+    encoder.setUpVideoSettings();
+    encoder.setUpAudioSettings();
+    EXPECT_EQ(encoder.filesize(), 0);
+    EXPECT_EQ(encoder.countRecordedDuration(), 0);
+    EXPECT_TRUE(RME::calls().empty());
+
+    encoder.initHandle();
     RME::reset();
     encoder.setUpVideoSettings();
     encoder.setUpAudioSettings();
@@ -68,19 +80,16 @@ TEST_F(EncodeManagerTest, SettingsReachTheLibraryInTheirOrder)
 TEST_F(EncodeManagerTest, SplitTypeChoosesTheLimits)
 {
     struct Case {
-        QVariant splitType;
+        qint64 splitType;
         QString time, size;
     };
-    const Case cases[] = {
-        {QVariant(), "0", "0"}, {0, "0", "0"},    {1, "20", "0"},
-        {2, "0", "10"},         {"2", "0", "10"}, // text stores hand numbers back as text
-        {7, "0", "0"},
-    };
+    const Case cases[] = {{0, "0", "0"}, {1, "20", "0"}, {2, "0", "10"}, {7, "0", "0"}};
+    encoder.initHandle();
     encoder.setSplitTime(20);
     encoder.setSplitSize(10);
     for (const Case &c : cases) {
         RME::reset();
-        defaults.setObject(c.splitType, "SplitType");
+        splitType = c.splitType;
         LogCapture log;
         encoder.setSplit();
         EXPECT_EQ(RME::callsNamed("apiEncoderSetLimitTime").at(0).args, c.time);
@@ -93,7 +102,8 @@ TEST_F(EncodeManagerTest, SplitTypeChoosesTheLimits)
 
 TEST_F(EncodeManagerTest, LimitsPassThroughAFloat)
 {
-    defaults.setInteger(1, "SplitType");
+    splitType = 1;
+    encoder.initHandle();
     encoder.setSplitTime((1 << 24) + 1);
     encoder.setSplit();
     EXPECT_EQ(RME::callsNamed("apiEncoderSetLimitTime").at(0).args, QString::number(1 << 24));
@@ -104,6 +114,7 @@ TEST_F(EncodeManagerTest, FailedLimitsAndCallsAreLogged)
     RME::setResult("apiEncoderSetLimitTime", 0);
     RME::setResult("apiEncoderSetOutputPath", -3);
     LogCapture log;
+    encoder.initHandle();
     encoder.setOutputPath("/nowhere/x.mp4");
     encoder.setSplit();
     EXPECT_TRUE(log.contains("错误码:-3 ->描述：设置输出路径"));
@@ -113,6 +124,7 @@ TEST_F(EncodeManagerTest, FailedLimitsAndCallsAreLogged)
 
 TEST_F(EncodeManagerTest, StereoIsInterleavedMonoPassesOddSampleIsDropped)
 {
+    encoder.initHandle();
     encoder.startEncoderEncode();
     encoder.encoderPushAudio(planar({1, 2, 3, 10, 20, 30}));
     EXPECT_EQ(pushedSamples(0), (std::vector<int32_t>{1, 10, 2, 20, 3, 30}));
@@ -134,6 +146,7 @@ TEST_F(EncodeManagerTest, AudioOnlyDurationStepsInWholeSeconds)
 {
     videoType = VideoTypeAudioOnly;
     RME::setResult("apiEncoderGetEncodedTimestamp", 123456);
+    encoder.initHandle();
     encoder.startEncoderEncode();
     const QByteArray chunk(352800 / 4, 0); // a quarter second of 4-byte stereo
     for (int i = 0; i < 3; ++i)
@@ -157,6 +170,7 @@ TEST_F(EncodeManagerTest, AudioOnlyDurationStepsInWholeSeconds)
 TEST_F(EncodeManagerTest, StartAndStopAtTheLibrary)
 {
     RME::setPollsBeforeDone(3);
+    encoder.initHandle();
     encoder.startEncoderEncode();
     ASSERT_TRUE(encoder.isWorking());
     VIDEO_PACKET packet{1005, 2, 2, 8, nullptr, 16};
@@ -178,12 +192,86 @@ TEST_F(EncodeManagerTest, StartAndStopAtTheLibrary)
     encoder.encoderPushVideo(&packet, 1);
     EXPECT_EQ(RME::callsNamed("apiEncoderPushVideo").size(), 1u);
     EXPECT_EQ(RME::callsNamed("apiEncoderClose").size(), 1u);
+    EXPECT_TRUE(RME::strayCalls().empty());
+}
+
+TEST_F(EncodeManagerTest, OneHandlePerRecordingNoneLeftOpen)
+{
+    // Made twice before a start: the unused one is closed, not leaked.
+    encoder.initHandle();
+    encoder.initHandle();
+    EXPECT_EQ(RME::openHandles(), 1);
+    encoder.startEncoderEncode();
+    encoder.stopEncoderEncode();
+    // After the stop, queries and settings (a sound type chosen while idle) stay away.
+    encoder.filesize();
+    encoder.countRecordedDuration();
+    encoder.setUpAudioSettings();
+    EXPECT_EQ(RME::openHandles(), 0);
+
+    // A start the library refuses closes its handle at once.
+    RME::setResult("apiEncoderEncode", -7);
+    encoder.initHandle();
+    encoder.startEncoderEncode();
+    EXPECT_EQ(encoder.handle(), nullptr);
+    EXPECT_EQ(RME::openHandles(), 0);
+    EXPECT_EQ(RME::handlesCreated(), 3);
+    EXPECT_TRUE(RME::strayCalls().empty());
+}
+
+TEST_F(EncodeManagerTest, AStopDoesNotWaitForeverOnTheLibrary)
+{
+    encoder.setStopTimeout(std::chrono::milliseconds(30));
+    const auto closedEventually = [] {
+        for (int i = 0; i < 500 && RME::openHandles() > 0; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        return RME::openHandles() == 0;
+    };
+    struct Case {
+        int64_t isDone;
+        size_t maxPolls;
+    };
+    // A library that failed is asked once; one that never finishes until the timeout.
+    for (const Case c : {Case{-1, 1}, Case{0, 1000}}) {
+        RME::reset();
+        RME::setResult("apiEncodeIsDone", c.isDone);
+        encoder.initHandle();
+        encoder.startEncoderEncode();
+        LogCapture log;
+        encoder.stopEncoderEncode();
+        EXPECT_LE(RME::callsNamed("apiEncodeIsDone").size(), c.maxPolls);
+        EXPECT_FALSE(log.lines().filter("the encoder did not finish").isEmpty()) << c.isDone;
+        EXPECT_EQ(encoder.handle(), nullptr);
+        EXPECT_FALSE(encoder.isWorking());
+        EXPECT_TRUE(closedEventually());
+    }
+}
+
+TEST_F(EncodeManagerTest, SoundIsPushedWhileAPictureWaitsInTheLibrary)
+{
+    encoder.initHandle();
+    encoder.startEncoderEncode();
+    RME::hold("apiEncoderPushVideo");
+    VIDEO_PACKET packet{1005, 2, 2, 8, nullptr, 16};
+    std::thread picture([&] { encoder.encoderPushVideo(&packet, 40); });
+    while (RME::heldCount() == 0)
+        std::this_thread::yield();
+    auto sound = std::async(std::launch::async, [&] { encoder.encoderPushAudio(planar({1, 2})); });
+    const bool soundPassed = sound.wait_for(std::chrono::seconds(2)) == std::future_status::ready;
+    RME::releaseHeld();
+    picture.join();
+    sound.wait();
+    EXPECT_TRUE(soundPassed);
+    EXPECT_EQ(RME::callsNamed("apiEncoderPushAudio").size(), 1u);
+    encoder.stopEncoderEncode();
+    EXPECT_EQ(RME::callsNamed("apiEncoderPushVideo").size(), 1u);
 }
 
 TEST_F(EncodeManagerTest, FailedStartDropsEveryPush)
 {
     RME::setResult("apiEncoderEncode", -7);
     LogCapture log;
+    encoder.initHandle();
     encoder.startEncoderEncode();
     EXPECT_TRUE(log.contains("错误码:-7 ->描述：开始编码失败"));
     EXPECT_FALSE(log.contains("====开始编码"));
@@ -198,6 +286,7 @@ TEST_F(EncodeManagerTest, FailedStartDropsEveryPush)
 TEST_F(EncodeManagerTest, FailedPushStillCountsTheBytes)
 {
     RME::setResult("apiEncoderPushAudio", -1);
+    encoder.initHandle();
     encoder.startEncoderEncode();
     LogCapture log;
     encoder.encoderPushAudio(planar({1, 2, 3, 4}));

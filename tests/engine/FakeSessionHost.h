@@ -19,6 +19,7 @@ public:
     QString timeLabel, sizeLabel;
     float framesPerSecond = 25;
     qint64 quality = 0;
+    qint64 split = 0;
     QList<QPair<QImage, bool>> cameraImages;
     qsizetype storedInputs = 0;
     qsizetype storedOutputs = 0;
@@ -58,6 +59,7 @@ public:
 
     float fps() const override { return framesPerSecond; }
     qint64 framItemIndex() const override { return quality; }
+    qint64 splitType() const override { return split; }
     FrameDecorations frameDecorations() const override { return decorations(); }
     void showCameraImage(const QImage &image, bool recordingView) override
     {

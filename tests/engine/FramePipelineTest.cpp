@@ -43,10 +43,8 @@ protected:
         fake.screenInput.deliver(frameOf(64, 48, Qt::darkCyan));
     }
 
-    // The main thread's queue runs the pushes.
     static QStringList pushedVideo()
     {
-        QCoreApplication::processEvents();
         QStringList args;
         for (const RME::Call &call : RME::callsNamed("apiEncoderPushVideo"))
             args << call.args;
@@ -92,17 +90,21 @@ TEST_F(FramePipelineTest, WholeFrameRateLimitsTheCaptureAndTheRectangleShrinksPe
     EXPECT_EQ(fake.screenInput.display, 1);
 }
 
-TEST_F(FramePipelineTest, FramesInFlightAtTheStopAreDropped)
+TEST_F(FramePipelineTest, FramesArePushedOnTheCaptureThreadAndCountForNothingAfterTheStop)
 {
     manager->startRecording();
-    deliverScreenFrameAt(1000.0);
-    manager->stopRecording(); // before the main thread ran the push
-    EXPECT_TRUE(pushedVideo().isEmpty());
+    fake.clock.time = 1000.0;
+    fake.screenInput.deliver(frameOf(64, 48, Qt::darkCyan));
+    // Pushed at once, without the main thread's event loop.
+    EXPECT_EQ(RME::callsNamed("apiEncoderPushVideo").size(), 1u);
+    manager->stopRecording();
+    deliverScreenFrameAt(1001.0);
+    EXPECT_EQ(pushedVideo(), QStringList({"1005,64x48,0"}));
     // An idle screen session only arms the clock.
     manager->captrueScreenInputEnable(true); // a new screen session clears the clock
     deliverScreenFrameAt(1005.0);
     EXPECT_EQ(manager->startDate(), 1005.0);
-    EXPECT_TRUE(pushedVideo().isEmpty());
+    EXPECT_EQ(pushedVideo().size(), 1);
 }
 
 TEST_F(FramePipelineTest, SoundOnlyWithoutSoundPushesNothing)
@@ -146,12 +148,28 @@ TEST_F(FramePipelineTest, CameraFramesConfigureAnIdleCameraRecordingAndShowMirro
     EXPECT_EQ(host.cameraImages[0].first.pixelColor(319, 0), QColor(Qt::red));
 }
 
+TEST_F(FramePipelineTest, ACameraRecordingPushesFromTheCameraThreadInTimeOrder)
+{
+    manager->setRecordVideoType(VideoTypeCamera);
+    manager->captrueVideoInputEnable(true);
+    fake.cameraInput.deliver(frameOf(320, 240, Qt::black)); // sizes the recording
+    manager->startRecording();
+    fake.clock.time = 1000.0;
+    fake.cameraInput.deliver(frameOf(320, 240, Qt::black));
+    fake.clock.time = 1000.5;
+    fake.cameraInput.deliver(frameOf(320, 240, Qt::black));
+    // No event loop ran: the pushes did not go through the main thread.
+    EXPECT_EQ(pushedVideo(), QStringList({"1005,320x240,0", "1005,320x240,500"}));
+    EXPECT_EQ(receiver.reports.size(), 2);
+}
+
 TEST_F(FramePipelineTest, CameraDuringAScreenRecordingIsShownNeverPushed)
 {
     manager->startRecording();
     manager->captrueVideoInputEnable(true);
     fake.cameraInput.deliver(frameOf(320, 240, Qt::black));
     EXPECT_TRUE(pushedVideo().isEmpty());
+    QCoreApplication::processEvents(); // the preview is shown on the main thread
     ASSERT_EQ(host.cameraImages.size(), 1);
     EXPECT_FALSE(host.cameraImages[0].second);
     // It never reconfigures the screen recording either.

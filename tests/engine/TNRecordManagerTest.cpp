@@ -223,12 +223,36 @@ TEST_F(TNRecordManagerTest, RunningTimeLabels)
     EXPECT_TRUE(host.timeLabel.isEmpty());
 }
 
-TEST_F(TNRecordManagerTest, StatusGateAcceptsRecordingAndResumed)
+// Start, record, pause, resume, stop, change the sound type while idle, start again: one
+// library handle per recording, all closed, and nothing the library would refuse.
+TEST_F(TNRecordManagerTest, AnOrdinarySessionLeavesNoHandleOpenAndLogsNoEncoderError)
 {
-    EXPECT_FALSE(statusPassesFrames(RecordStatusIdle));
-    EXPECT_TRUE(statusPassesFrames(RecordStatusRecording));
-    EXPECT_FALSE(statusPassesFrames(RecordStatusPaused));
-    EXPECT_TRUE(statusPassesFrames(RecordStatusResumed));
+    int argc = 0;
+    QCoreApplication app(argc, nullptr);
+    LogCapture log;
+    manager->setRecordAudioType(AudioTypeSystem);
+    manager->startRecording();
+    PixelBufferRef picture = PixelBuffer::create(8, 8);
+    picture->image().fill(Qt::white);
+    fake.screenInput.deliver(picture);
+    manager->captureOutput(AudioSampleBuffer{QByteArray(64, 1), 2, 44100});
+    manager->pauseRecording();
+    manager->resumeRecording();
+    fake.screenInput.deliver(picture);
+    manager->stopRecording();
+    manager->switchRecordType(AudioTypeMicphone);
+    manager->timerDurationTimeOut();
+    manager->startRecording();
+    manager->stopRecording();
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(RME::handlesCreated(), 2);
+    EXPECT_EQ(RME::openHandles(), 0);
+    EXPECT_EQ(RME::callsNamed("apiEncoderPushVideo").size(), 2u);
+    for (const RME::Call &call : RME::strayCalls())
+        ADD_FAILURE() << call.name << " reached the library without an open handle";
+    EXPECT_TRUE(log.lines().filter("错误码").isEmpty()) << qPrintable(log.lines().join('\n'));
+    EXPECT_FALSE(log.contains("没有编码"));
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "RecordingMediaEncoder.h"
 
 #include <atomic>
+#include <condition_variable>
+#include <set>
 
 namespace RecordingMediaEncoder {
 namespace {
@@ -11,11 +13,28 @@ std::map<std::string, int64_t> results;
 int pollsBeforeDone = 0;
 int created = 0;
 char handles[64];
+std::set<EncoderHandle> open;
+std::vector<Call> strays;
+std::string heldName;
+int held = 0;
+std::condition_variable heldChanged;
+
+void waitIfHeld(const char *name)
+{
+    std::unique_lock lock(mutex);
+    if (heldName != name)
+        return;
+    ++held;
+    heldChanged.wait(lock, [name] { return heldName != name; });
+    --held;
+}
 
 int64_t note(const char *name, EncoderHandle handle, QString args = {}, QByteArray payload = {})
 {
     std::lock_guard lock(mutex);
     log.push_back({name, handle, std::move(args), std::move(payload)});
+    if (!open.count(handle))
+        strays.push_back(log.back());
     const auto it = results.find(name);
     if (it != results.end())
         return it->second;
@@ -31,6 +50,29 @@ void reset()
     results = {{"apiEncoderSetLimitTime", 1}, {"apiEncoderSetLimitSize", 1}};
     pollsBeforeDone = 0;
     created = 0;
+    open.clear();
+    strays.clear();
+    heldName.clear();
+    heldChanged.notify_all();
+}
+
+void hold(const std::string &name)
+{
+    std::lock_guard lock(mutex);
+    heldName = name;
+}
+
+void releaseHeld()
+{
+    std::lock_guard lock(mutex);
+    heldName.clear();
+    heldChanged.notify_all();
+}
+
+int heldCount()
+{
+    std::lock_guard lock(mutex);
+    return held;
 }
 
 std::vector<Call> calls()
@@ -74,6 +116,18 @@ int handlesCreated()
     return created;
 }
 
+int openHandles()
+{
+    std::lock_guard lock(mutex);
+    return int(open.size());
+}
+
+std::vector<Call> strayCalls()
+{
+    std::lock_guard lock(mutex);
+    return strays;
+}
+
 } // namespace RecordingMediaEncoder
 
 using namespace RecordingMediaEncoder;
@@ -88,6 +142,10 @@ EncoderHandle apiEncoderCreate(void)
         index = created++ % 64;
     }
     EncoderHandle handle = &handles[index];
+    {
+        std::lock_guard lock(RecordingMediaEncoder::mutex);
+        open.insert(handle);
+    }
     note("apiEncoderCreate", handle);
     return handle;
 }
@@ -159,6 +217,7 @@ int apiEncoderPushVideo(EncoderHandle h, VIDEO_PACKET *packet, int64_t pts)
     QByteArray row;
     if (packet && packet->data)
         row = QByteArray(reinterpret_cast<const char *>(packet->data), packet->bytesPerRow);
+    waitIfHeld("apiEncoderPushVideo");
     return int(note("apiEncoderPushVideo", h,
                     QStringLiteral("%1,%2x%3,%4")
                         .arg(packet ? packet->format : 0)
@@ -196,8 +255,10 @@ int apiEncodePushAudioTrailer(EncoderHandle h)
 
 int apiEncodeIsDone(EncoderHandle h)
 {
-    note("apiEncodeIsDone", h);
+    const int64_t scripted = note("apiEncodeIsDone", h);
     std::lock_guard lock(RecordingMediaEncoder::mutex);
+    if (results.count("apiEncodeIsDone"))
+        return int(scripted);
     if (pollsBeforeDone > 0) {
         --pollsBeforeDone;
         return 0;
@@ -207,7 +268,9 @@ int apiEncodeIsDone(EncoderHandle h)
 
 int apiEncoderClose(EncoderHandle h)
 {
-    return int(note("apiEncoderClose", h));
+    const int64_t result = note("apiEncoderClose", h);
+    std::lock_guard lock(RecordingMediaEncoder::mutex);
+    return open.erase(h) ? int(result) : -1;
 }
 
 } // extern "C"

@@ -27,10 +27,21 @@ QStringList callNames();
 // The calls with this name.
 std::vector<Call> callsNamed(const std::string &name);
 
-// A result for every later call of the named operation (default 0, limits 1, isDone 1).
+// A result for every later call of the named operation (default 0, limits 1, isDone 1;
+// a result set for apiEncodeIsDone replaces its polls).
 void setResult(const std::string &name, int64_t result);
 // apiEncodeIsDone answers 0 this many times before it answers 1.
 void setPollsBeforeDone(int polls);
 int handlesCreated();
+// Calls of the named operation wait inside the library until releaseHeld(); heldCount()
+// tells how many are waiting.
+void hold(const std::string &name);
+void releaseHeld();
+int heldCount();
+// Handles made and not yet closed.
+int openHandles();
+// Calls that reached the library with a handle that was not open (null, closed, never
+// made): the real library refuses them with an error.
+std::vector<Call> strayCalls();
 
 } // namespace RecordingMediaEncoder
