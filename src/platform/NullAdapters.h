@@ -60,22 +60,6 @@ private:
     NullCaptureExplainer explainer_{QStringLiteral("Camera")};
 };
 
-class NullAudioCaptureInput final : public AudioCaptureInput {
-public:
-    QStringList devices() const override { return {}; }
-    QString defaultDevice() const override { return {}; }
-    bool setDevice(const QString &) override { return false; }
-    void setFormat(int, int) override {}
-    void setSampleCallback(AudioSampleCallback) override {}
-    void setSessionEventCallback(SessionEventCallback) override {}
-    void startRunning() override { explainer_.explain(); }
-    void stopRunning() override {}
-    bool isRunning() const override { return false; }
-
-private:
-    NullCaptureExplainer explainer_{QStringLiteral("Sound")};
-};
-
 class NullPointer final : public Pointer {
 public:
     QPointF mouseLocation() const override { return {}; }

@@ -7,22 +7,6 @@
 
 namespace x11 {
 
-namespace {
-
-// 32-bit pixels, B, G, R, X in memory; the X byte becomes an opaque alpha.
-void copyOpaque(const uint8_t *source, int sourceStride, uint8_t *target, int targetStride,
-                int width, int height)
-{
-    for (int y = 0; y < height; ++y) {
-        const auto *in = reinterpret_cast<const uint32_t *>(source + size_t(y) * sourceStride);
-        auto *out = reinterpret_cast<uint32_t *>(target + size_t(y) * targetStride);
-        for (int x = 0; x < width; ++x)
-            out[x] = in[x] | 0xff000000u;
-    }
-}
-
-} // namespace
-
 ScreenGrabber::ScreenGrabber(const XcbConnection &connection, bool forcePlainRequests)
     : connection_(connection), root_(connection.rootGeometry())
 {
@@ -104,18 +88,7 @@ bool ScreenGrabber::grabShared(const QRect &rect, uint8_t *target, int targetStr
 
 bool ScreenGrabber::grabPlain(const QRect &rect, uint8_t *target, int targetStride)
 {
-    auto answer = reply(
-        xcb_get_image_reply(connection_.get(),
-                            xcb_get_image(connection_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP,
-                                          connection_.root(), int16_t(rect.x()), int16_t(rect.y()),
-                                          uint16_t(rect.width()), uint16_t(rect.height()), ~0u),
-                            nullptr));
-    if (!answer || xcb_get_image_data_length(answer.get()) < rect.width() * rect.height() * 4)
-        return false;
-    copyOpaque(xcb_get_image_data(answer.get()),
-               xcb_get_image_data_length(answer.get()) / rect.height(), target, targetStride,
-               rect.width(), rect.height());
-    return true;
+    return connection_.imageInto(connection_.root(), rect, target, targetStride);
 }
 
 PixelBufferRef ScreenGrabber::grab(const QRect &rect)

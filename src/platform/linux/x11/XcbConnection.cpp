@@ -61,30 +61,44 @@ QByteArray XcbConnection::bytes(xcb_window_t window, xcb_atom_t property) const
                       xcb_get_property_value_length(answer.get()));
 }
 
-QImage XcbConnection::image(xcb_drawable_t drawable, const QRect &rect) const
+void copyOpaque(const uint8_t *source, int sourceStride, uint8_t *target, int targetStride,
+                int width, int height)
+{
+    for (int y = 0; y < height; ++y) {
+        const auto *in = reinterpret_cast<const uint32_t *>(source + size_t(y) * sourceStride);
+        auto *out = reinterpret_cast<uint32_t *>(target + size_t(y) * targetStride);
+        for (int x = 0; x < width; ++x)
+            out[x] = in[x] | 0xff000000u;
+    }
+}
+
+bool XcbConnection::imageInto(xcb_drawable_t drawable, const QRect &rect, uint8_t *target,
+                              int targetStride) const
 {
     if (rect.isEmpty())
-        return {};
+        return false;
     auto answer = reply(xcb_get_image_reply(
         connection_,
         xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, int16_t(rect.x()),
                       int16_t(rect.y()), uint16_t(rect.width()), uint16_t(rect.height()), ~0u),
         nullptr));
     if (!answer)
-        return {};
+        return false;
     const int length = xcb_get_image_data_length(answer.get());
     if (length < rect.width() * rect.height() * 4)
+        return false;
+    copyOpaque(xcb_get_image_data(answer.get()), length / rect.height(), target, targetStride,
+               rect.width(), rect.height());
+    return true;
+}
+
+QImage XcbConnection::image(xcb_drawable_t drawable, const QRect &rect) const
+{
+    if (rect.isEmpty())
         return {};
-    // 32 bits per pixel, B, G, R, X in memory: the X byte is made opaque.
     QImage picture(rect.size(), QImage::Format_ARGB32_Premultiplied);
-    const uint8_t *data = xcb_get_image_data(answer.get());
-    const int stride = length / rect.height();
-    for (int y = 0; y < rect.height(); ++y) {
-        const auto *in = reinterpret_cast<const uint32_t *>(data + y * stride);
-        auto *out = reinterpret_cast<uint32_t *>(picture.scanLine(y));
-        for (int x = 0; x < rect.width(); ++x)
-            out[x] = in[x] | 0xff000000u;
-    }
+    if (!imageInto(drawable, rect, picture.bits(), int(picture.bytesPerLine())))
+        return {};
     return picture;
 }
 

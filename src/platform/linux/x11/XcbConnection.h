@@ -44,11 +44,19 @@ public:
     // The drawable's pixels in rect (its own coordinates) as opaque premultiplied ARGB;
     // null when the server refuses (a rectangle outside the drawable).
     QImage image(xcb_drawable_t drawable, const QRect &rect) const;
+    // The same picture written into target (rows of targetStride bytes); false when the
+    // server gave none.
+    bool imageInto(xcb_drawable_t drawable, const QRect &rect, uint8_t *target,
+                   int targetStride) const;
 
 private:
     xcb_connection_t *connection_ = nullptr;
     xcb_window_t root_ = 0;
     uint8_t rootDepth_ = 24;
 };
+
+// Copies 32-bit pixels, B, G, R, X in memory, making the X byte an opaque alpha.
+void copyOpaque(const uint8_t *source, int sourceStride, uint8_t *target, int targetStride,
+                int width, int height);
 
 } // namespace x11
