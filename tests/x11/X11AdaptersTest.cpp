@@ -176,7 +176,7 @@ TEST_F(X11AdaptersTest, WindowListDescribesWindowsFrontFirst)
 
 TEST_F(X11AdaptersTest, PointerIsInScreenSpaceOnBothMonitors)
 {
-    X11Pointer pointer(screens);
+    X11Pointer pointer;
     const double h = primary.frame.height();
     for (const QPoint at : {QPoint(100, 50), QPoint(1500, 1000)}) {
         QProcess::execute("xdotool",

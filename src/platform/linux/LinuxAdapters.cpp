@@ -47,8 +47,9 @@ void LinuxPermissions::requestAccessForMediaType(MediaType, std::function<void(b
 static ScreenInfo screenInfoOf(const QScreen *screen, int index)
 {
     ScreenInfo info;
+    // Qt's geometry is the root's; screen space is measured from the primary's corner.
     const QRect primary = QGuiApplication::primaryScreen()->geometry();
-    info.frame = ScreenGeometry::windowServerToScreen(screen->geometry(), primary.height());
+    info.frame = ScreenGeometry::rootToScreen(QRectF(screen->geometry()), QRectF(primary));
     QString name = screen->model().trimmed();
     if (name.isEmpty())
         name = screen->name();

@@ -46,7 +46,7 @@ LinuxPlatform::LinuxPlatform() : adapters_(std::make_unique<Adapters>())
     if (hasXDisplay()) {
         a.windows = std::make_unique<X11WindowServer>();
         a.screenInput = std::make_unique<X11ScreenCaptureInput>(a.screens);
-        a.pointer = std::make_unique<X11Pointer>(a.screens);
+        a.pointer = std::make_unique<X11Pointer>();
     } else {
         a.windows = std::make_unique<NullWindowServer>();
         a.screenInput = std::make_unique<NullScreenCaptureInput>();

@@ -1,5 +1,7 @@
 #include "X11Pointer.h"
 
+#include "ScreenGeometry.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <X11/Xcursor/Xcursor.h>
@@ -34,13 +36,6 @@ CursorImage drawnArrow()
 
 } // namespace
 
-X11Pointer::X11Pointer(const ScreenCatalog &screens)
-{
-    const std::optional<ScreenInfo> primary = screens.mainScreen();
-    primaryHeight_ =
-        primary ? primary->frame.height() : double(connection_.rootGeometry().height());
-}
-
 QPointF X11Pointer::mouseLocation() const
 {
     if (!connection_.isValid())
@@ -50,8 +45,8 @@ QPointF X11Pointer::mouseLocation() const
         reply(xcb_query_pointer_reply(c, xcb_query_pointer(c, connection_.root()), nullptr));
     if (!pointer)
         return {};
-    // Screen space counts y upwards from the primary screen's bottom.
-    return QPointF(pointer->root_x, primaryHeight_.load() - pointer->root_y);
+    return ScreenGeometry::rootToScreen(QPointF(pointer->root_x, pointer->root_y),
+                                        QRectF(connection_.primaryMonitor()));
 }
 
 CursorImage X11Pointer::arrowCursor() const

@@ -23,16 +23,15 @@ X11ScreenCaptureInput::~X11ScreenCaptureInput()
 void X11ScreenCaptureInput::setDisplay(qint64 screenNumber)
 {
     const std::optional<ScreenInfo> primary = screens_.mainScreen();
-    const double primaryHeight = primary ? primary->frame.height() : 0;
     QRectF frame;
     for (const ScreenInfo &screen : screens_.screens())
         if (screen.number == screenNumber)
             frame = screen.frame;
     if (frame.isEmpty() && primary)
         frame = primary->frame;
+    const QRectF primaryRoot = x11::XcbConnection().primaryMonitor();
     std::lock_guard lock(mutex_);
-    primaryHeight_ = primaryHeight;
-    display_ = ScreenGeometry::screenToWindowServer(frame, primaryHeight).toAlignedRect();
+    display_ = ScreenGeometry::screenToRoot(frame, primaryRoot).toAlignedRect();
 }
 
 void X11ScreenCaptureInput::setMinFrameDuration(double seconds)

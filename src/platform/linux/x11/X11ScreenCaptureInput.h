@@ -36,7 +36,6 @@ private:
     const bool forcePlainRequests_;
     mutable std::mutex mutex_; // the settings below
     QRect display_;            // X root coordinates
-    double primaryHeight_ = 0;
     QRectF crop_;
     double interval_ = 1.0 / 30;
     SampleCallback sampleCallback_;

@@ -93,9 +93,10 @@ xcb_window_t X11WindowServer::topLevelOf(xcb_window_t window) const
 
 QVariantMap X11WindowServer::describe(xcb_window_t window) const
 {
-    const QRect bounds = rootGeometry(window);
-    if (bounds.isNull())
+    const QRect root = rootGeometry(window);
+    if (root.isNull())
         return {};
+    const QRect bounds = root.translated(-connection_.primaryMonitor().topLeft());
     QString name = QString::fromUtf8(connection_.bytes(window, atoms_.netWmName));
     if (name.isEmpty())
         name = QString::fromLatin1(connection_.bytes(window, XCB_ATOM_WM_NAME));
@@ -156,7 +157,8 @@ QVariantList X11WindowServer::CGWindowListCopyWindowInfo(uint32_t option,
 QImage X11WindowServer::CGWindowListCreateImage(const QRectF &rect, uint32_t, CGWindowID)
 {
     std::lock_guard lock(mutex_);
-    const QRect area = rect.toAlignedRect() & connection_.rootGeometry();
+    const QRect area = rect.toAlignedRect().translated(connection_.primaryMonitor().topLeft()) &
+                       connection_.rootGeometry();
     if (area.isEmpty() || !connection_.isValid())
         return {};
     return connection_.image(connection_.root(), area);
@@ -166,7 +168,7 @@ QImage X11WindowServer::CGWindowListCreateImageFromArray(const QRectF &rect,
                                                          const QList<CGWindowID> &windows, uint32_t)
 {
     std::lock_guard lock(mutex_);
-    const QRect area = rect.toAlignedRect();
+    const QRect area = rect.toAlignedRect().translated(connection_.primaryMonitor().topLeft());
     if (area.isEmpty() || !connection_.isValid())
         return {};
     QImage picture(area.size(), QImage::Format_ARGB32_Premultiplied);

@@ -3,8 +3,9 @@
 // list and descriptions, the root window for screen pictures, and XComposite for
 // pictures of windows that others cover.
 //
-// Bounds are the windows' client areas in root coordinates (origin at the upper left of
-// the X screen, y down): what a window recording shows is the window's own content.
+// Bounds are the windows' client areas in the window server's space (origin at the upper
+// left of the primary monitor, y down; see ScreenGeometry.h): what a window recording
+// shows is the window's own content.
 // Safe from any thread: one connection, one lock.
 #include "WindowServer.h"
 #include "XcbConnection.h"

@@ -1,6 +1,7 @@
 #include "XcbConnection.h"
 
 #include <cstring>
+#include <xcb/randr.h>
 
 namespace x11 {
 
@@ -12,6 +13,14 @@ XcbConnection::XcbConnection()
     const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
     root_ = screen->root;
     rootDepth_ = screen->root_depth;
+    // A request of a missing extension would close the connection; RandR answers monitors
+    // to a client that said it knows version 1.5.
+    const xcb_query_extension_reply_t *randr = xcb_get_extension_data(connection_, &xcb_randr_id);
+    if (randr && randr->present) {
+        auto version = reply(xcb_randr_query_version_reply(
+            connection_, xcb_randr_query_version(connection_, 1, 5), nullptr));
+        hasMonitors_ = version && (version->major_version > 1 || version->minor_version >= 5);
+    }
 }
 
 XcbConnection::~XcbConnection()
@@ -29,6 +38,26 @@ QRect XcbConnection::rootGeometry() const
     auto geometry =
         reply(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root_), nullptr));
     return geometry ? QRect(0, 0, geometry->width, geometry->height) : QRect();
+}
+
+QRect XcbConnection::primaryMonitor() const
+{
+    if (!hasMonitors_)
+        return rootGeometry();
+    auto monitors = reply(xcb_randr_get_monitors_reply(
+        connection_, xcb_randr_get_monitors(connection_, root_, 1), nullptr));
+    if (!monitors)
+        return rootGeometry();
+    QRect first;
+    for (auto it = xcb_randr_get_monitors_monitors_iterator(monitors.get()); it.rem;
+         xcb_randr_monitor_info_next(&it)) {
+        const QRect rect(it.data->x, it.data->y, it.data->width, it.data->height);
+        if (it.data->primary)
+            return rect;
+        if (first.isNull())
+            first = rect;
+    }
+    return first.isNull() ? rootGeometry() : first;
 }
 
 xcb_atom_t XcbConnection::atom(const char *name) const

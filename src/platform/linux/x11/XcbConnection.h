@@ -33,6 +33,9 @@ public:
     xcb_window_t root() const { return root_; }
     uint8_t rootDepth() const { return rootDepth_; }
     QRect rootGeometry() const;
+    // The primary monitor in root coordinates (RandR monitors; the first one when none is
+    // primary; the whole root without RandR). Asked anew each time: monitors come and go.
+    QRect primaryMonitor() const;
 
     xcb_atom_t atom(const char *name) const;
     // A property's 32-bit values (windows, cardinals, atoms).
@@ -53,6 +56,7 @@ private:
     xcb_connection_t *connection_ = nullptr;
     xcb_window_t root_ = 0;
     uint8_t rootDepth_ = 24;
+    bool hasMonitors_ = false;
 };
 
 // Copies 32-bit pixels, B, G, R, X in memory, making the X byte an opaque alpha.
