@@ -63,8 +63,10 @@ void EncodeManager::setImageSize(const QSizeF &size)
 void EncodeManager::setUpVideoSettings()
 {
     const EncoderHandle h = handle();
-    if (!h)
-        return; // kept for the next start
+    // Kept for the next start: without a handle there is no recording, and a running one
+    // keeps the format it started with (the library would refuse the change).
+    if (!h || isWorking_)
+        return;
     const QSizeF size = imageSize();
     const auto width = static_cast<int32_t>(size.width());
     const auto height = static_cast<int32_t>(size.height());
@@ -79,8 +81,8 @@ void EncodeManager::setUpVideoSettings()
 void EncodeManager::setUpAudioSettings()
 {
     const EncoderHandle h = handle();
-    if (!h)
-        return; // kept for the next start
+    if (!h || isWorking_)
+        return; // kept for the next start, as above
     logIfFailed(apiEncoderSetAudioSrcContext(h, audioChannels_, audioSamples_,
                                              MEDIAENCODER_AUDIO_FORMAT_S32),
                 "设置音频源数据格式");

@@ -202,6 +202,10 @@ TEST_F(EncodeManagerTest, OneHandlePerRecordingNoneLeftOpen)
     encoder.initHandle();
     EXPECT_EQ(RME::openHandles(), 1);
     encoder.startEncoderEncode();
+    // A sound type changed while recording keeps the recording's format.
+    const size_t before = RME::calls().size();
+    encoder.setUpAudioSettings();
+    EXPECT_EQ(RME::calls().size(), before);
     encoder.stopEncoderEncode();
     // After the stop, queries and settings (a sound type chosen while idle) stay away.
     encoder.filesize();
