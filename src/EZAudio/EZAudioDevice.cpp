@@ -3,9 +3,8 @@
 #include "EZAudioUtilities.h"
 #include "Log.h"
 
-#include <cstring>
-#include <memory>
-#include <vector>
+#include <algorithm>
+#include <variant>
 
 QString EZAudioDevice::description() const
 {
@@ -29,21 +28,24 @@ void EZAudioDevice::enumerateDevicesUsingBlock(AudioHardware &hw, const Block &b
         return;
     const AudioObjectPropertyAddress address =
         addressForPropertySelector(kAudioHardwarePropertyDevices);
-    UInt32 size = 0;
+    UInt32 count = 0;
     EZAudioUtilities::checkResult(
-        hw.AudioObjectGetPropertyDataSize(kAudioObjectSystemObject, &address, 0, nullptr, &size),
+        hw.AudioObjectGetPropertyDataSize(kAudioObjectSystemObject, address, count),
         "Failed to get data size");
-    std::vector<AudioDeviceID> ids(size / sizeof(AudioDeviceID) + 1);
-    EZAudioUtilities::checkResult(hw.AudioObjectGetPropertyData(kAudioObjectSystemObject, &address,
-                                                                0, nullptr, &size, ids.data()),
-                                  "Failed to get device IDs for available devices on OSX");
-    if (size < sizeof(AudioDeviceID))
+    AudioPropertyValue value;
+    EZAudioUtilities::checkResult(
+        hw.AudioObjectGetPropertyData(kAudioObjectSystemObject, address, value),
+        "Failed to get device IDs for available devices on OSX");
+    const auto *ids = std::get_if<AudioObjectIDs>(&value);
+    if (!ids)
         return;
-    const size_t count = size / sizeof(AudioDeviceID);
+    // The walk is bounded by the count asked first: a device that came in between waits
+    // for the next enumeration.
+    const qsizetype walked = std::min(ids->size(), qsizetype(count));
     bool stop = false;
-    for (size_t i = 0; i < count; ++i) {
+    for (qsizetype i = 0; i < walked; ++i) {
         EZAudioDevice device;
-        const AudioDeviceID id = ids[i];
+        const AudioDeviceID id = ids->at(i);
         device.setDeviceID(id);
         device.setManufacturer(manufacturerForDeviceID(hw, id));
         device.setName(namePropertyForDeviceID(hw, id));
@@ -96,12 +98,13 @@ EZAudioDevice EZAudioDevice::currentOutputDevice(AudioHardware &hw)
 EZAudioDevice EZAudioDevice::deviceWithPropertySelector(AudioHardware &hw,
                                                         AudioObjectPropertySelector selector)
 {
-    AudioDeviceID id = kAudioObjectUnknown;
-    UInt32 size = sizeof id;
+    AudioPropertyValue value;
     const AudioObjectPropertyAddress address = addressForPropertySelector(selector);
     EZAudioUtilities::checkResult(
-        hw.AudioObjectGetPropertyData(kAudioObjectSystemObject, &address, 0, nullptr, &size, &id),
+        hw.AudioObjectGetPropertyData(kAudioObjectSystemObject, address, value),
         "Failed to get device device on OSX");
+    const auto *found = std::get_if<AudioObjectID>(&value);
+    const AudioDeviceID id = found ? *found : kAudioObjectUnknown;
     // isBuiltIn is left unset here on purpose: only the lists fill it.
     EZAudioDevice device;
     device.setDeviceID(id);
@@ -117,15 +120,13 @@ QString EZAudioDevice::stringPropertyForSelector(AudioHardware &hw,
                                                  AudioObjectPropertySelector selector,
                                                  AudioDeviceID deviceID)
 {
-    const AudioObjectPropertyAddress address = addressForPropertySelector(selector);
-    CFStringRef string = nullptr;
-    UInt32 size = sizeof string;
+    AudioPropertyValue value;
     const OSStatus status =
-        hw.AudioObjectGetPropertyData(deviceID, &address, 0, nullptr, &size, &string);
-    std::unique_ptr<QString> owned(string);
-    if (status != noErr || !owned)
+        hw.AudioObjectGetPropertyData(deviceID, addressForPropertySelector(selector), value);
+    const auto *string = std::get_if<QString>(&value);
+    if (status != noErr || !string)
         return QStringLiteral("?");
-    return *owned;
+    return *string;
 }
 
 qint64 EZAudioDevice::channelCountForScope(AudioHardware &hw, AudioObjectPropertyScope scope,
@@ -133,36 +134,27 @@ qint64 EZAudioDevice::channelCountForScope(AudioHardware &hw, AudioObjectPropert
 {
     const AudioObjectPropertyAddress address{kAudioDevicePropertyStreamConfiguration, scope,
                                              kAudioObjectPropertyElementMaster};
-    // A fixed room of one buffer: a device that needs more answers a size error and
-    // takes the fallback below.
-    AudioBufferList list{};
-    static_assert(sizeof(AudioBufferList) == 24);
-    UInt32 size = sizeof list;
-    const OSStatus status =
-        hw.AudioObjectGetPropertyData(deviceID, &address, 0, nullptr, &size, &list);
-    if (status != noErr)
+    AudioPropertyValue value;
+    const OSStatus status = hw.AudioObjectGetPropertyData(deviceID, address, value);
+    const auto *streams = std::get_if<AudioStreamChannels>(&value);
+    // A device of several stream buffers takes the fallback counts too, as it always has:
+    // the lists the routing and the settings keep were made that way.
+    if (status != noErr || !streams || streams->perBuffer.size() > 1)
         return scope == kAudioObjectPropertyScopeInput ? 4 : 2;
-    const UInt32 fitting = (size - offsetof(AudioBufferList, mBuffers)) / sizeof(AudioBuffer);
-    const UInt32 buffers = std::min({list.mNumberBuffers, fitting, UInt32(1)});
-    qint64 channels = 0;
-    for (UInt32 i = 0; i < buffers; ++i)
-        channels += list.mBuffers[i].mNumberChannels;
-    return channels;
+    return streams->perBuffer.isEmpty() ? 0 : qint64(streams->perBuffer.first());
 }
 
 bool EZAudioDevice::isBuiltInDevice(AudioHardware &hw, AudioDeviceID deviceID)
 {
-    const AudioObjectPropertyAddress address =
-        addressForPropertySelector(kAudioDevicePropertyTransportType);
-    UInt32 transport = 0;
-    UInt32 size = sizeof transport;
-    const OSStatus status =
-        hw.AudioObjectGetPropertyData(deviceID, &address, 0, nullptr, &size, &transport);
-    if (status != noErr) {
+    AudioPropertyValue value;
+    const OSStatus status = hw.AudioObjectGetPropertyData(
+        deviceID, addressForPropertySelector(kAudioDevicePropertyTransportType), value);
+    const auto *transport = std::get_if<AudioTransportType>(&value);
+    if (status != noErr || !transport) {
         capstan::NSLog(lcAudio, "failed to fetch kAudioDevicePropertyTransportType :%u", deviceID);
         return false;
     }
-    return transport == kAudioDeviceTransportTypeBuiltIn;
+    return transport->type == kAudioDeviceTransportTypeBuiltIn;
 }
 
 QString EZAudioDevice::manufacturerForDeviceID(AudioHardware &hw, AudioDeviceID deviceID)

@@ -1,6 +1,6 @@
 #pragma once
 // A snapshot of one audio device, and the class operations that ask the audio
-// hardware layer for devices. Nothing is cached: every call asks afresh.
+// hardware layer for devices. The catalog keeps nothing: every call asks the layer afresh.
 // Records are equal when their UIDs are equal.
 #include "AudioHardware.h"
 

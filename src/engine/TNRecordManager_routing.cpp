@@ -247,8 +247,8 @@ OSStatus TNRecordManager::setDefaultDevice(AudioObjectPropertySelector selector,
 {
     const AudioObjectPropertyAddress address{selector, kAudioObjectPropertyScopeGlobal,
                                              kAudioObjectPropertyElementMaster};
-    return platform_.audio->AudioObjectSetPropertyData(kAudioObjectSystemObject, &address, 0,
-                                                       nullptr, sizeof(deviceID), &deviceID);
+    return platform_.audio->AudioObjectSetPropertyData(kAudioObjectSystemObject, address,
+                                                       AudioPropertyValue(deviceID));
 }
 
 OSStatus TNRecordManager::createAggregateDevice(const QString &name, const QString &firstUID,

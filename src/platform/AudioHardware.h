@@ -3,15 +3,20 @@
 // Objects are numbered; the system object is 1. Properties are addressed by
 // selector, scope and element, each a four-character code.
 //
-// Data layouts, as the catalog reads them:
-//   "dev#"             array of AudioObjectID
-//   "dIn ", "dOut"     one AudioObjectID
-//   "lnam", "lmak", "uid "  one CFStringRef (8 bytes); the caller owns the string
-//   "slay"             AudioBufferList; a room too small answers kAudioHardwareBadPropertySizeError
-//   "tran"             one UInt32 transport type
+// Values are typed, one alternative of AudioPropertyValue per property:
+//   "dev#"                  AudioObjectIDs, the devices in hardware order
+//   "dIn ", "dOut"          AudioObjectID
+//   "lnam", "lmak", "uid "  QString
+//   "slay"                  AudioStreamChannels, the channel count of each stream buffer
+//   "tran"                  AudioTransportType
+// The size call answers how many elements a property holds: ids for "dev#", buffers for
+// "slay", 1 for the others. The catalog asks it first, as the first gate of an enumeration
+// and as the bound of the id list it walks.
+#include <QList>
 #include <QString>
 #include <QVariantMap>
 #include <cstdint>
+#include <variant>
 
 using OSStatus = int32_t;
 using UInt32 = uint32_t;
@@ -20,8 +25,6 @@ using AudioDeviceID = AudioObjectID;
 using AudioObjectPropertySelector = uint32_t;
 using AudioObjectPropertyScope = uint32_t;
 using AudioObjectPropertyElement = uint32_t;
-// A string handed out by the hardware layer; the receiver deletes it.
-using CFStringRef = QString *;
 
 constexpr uint32_t fourCharCode(const char (&code)[5])
 {
@@ -35,16 +38,21 @@ struct AudioObjectPropertyAddress {
     AudioObjectPropertyElement mElement;
 };
 
-struct AudioBuffer {
-    UInt32 mNumberChannels;
-    UInt32 mDataByteSize;
-    void *mData;
+using AudioObjectIDs = QList<AudioObjectID>;
+
+struct AudioStreamChannels {
+    QList<UInt32> perBuffer; // channels of each stream buffer; none for a scope without streams
+    bool operator==(const AudioStreamChannels &) const = default;
 };
 
-struct AudioBufferList {
-    UInt32 mNumberBuffers;
-    AudioBuffer mBuffers[1]; // variable length
+struct AudioTransportType {
+    UInt32 type = 0;
+    bool operator==(const AudioTransportType &) const = default;
 };
+
+// Empty (monostate) until a read fills it.
+using AudioPropertyValue = std::variant<std::monostate, AudioObjectIDs, AudioObjectID, QString,
+                                        AudioStreamChannels, AudioTransportType>;
 
 inline constexpr OSStatus noErr = 0;
 inline constexpr AudioObjectID kAudioObjectSystemObject = 1;
@@ -77,20 +85,18 @@ class AudioHardware {
 public:
     virtual ~AudioHardware() = default;
 
+    // How many elements the property holds (see above).
     virtual OSStatus AudioObjectGetPropertyDataSize(AudioObjectID objectID,
-                                                    const AudioObjectPropertyAddress *address,
-                                                    UInt32 qualifierDataSize,
-                                                    const void *qualifierData,
-                                                    UInt32 *outDataSize) = 0;
+                                                    const AudioObjectPropertyAddress &address,
+                                                    UInt32 &outElementCount) = 0;
     virtual OSStatus AudioObjectGetPropertyData(AudioObjectID objectID,
-                                                const AudioObjectPropertyAddress *address,
-                                                UInt32 qualifierDataSize, const void *qualifierData,
-                                                UInt32 *ioDataSize, void *outData) = 0;
-    // Sets a property; the routing uses it for "dIn " and "dOut" of the system object.
+                                                const AudioObjectPropertyAddress &address,
+                                                AudioPropertyValue &out) = 0;
+    // Sets a property; the routing uses it for "dIn " and "dOut" of the system object, with
+    // an AudioObjectID. Another kind of value answers kAudioHardwareBadObjectError.
     virtual OSStatus AudioObjectSetPropertyData(AudioObjectID objectID,
-                                                const AudioObjectPropertyAddress *address,
-                                                UInt32 qualifierDataSize, const void *qualifierData,
-                                                UInt32 dataSize, const void *data) = 0;
+                                                const AudioObjectPropertyAddress &address,
+                                                const AudioPropertyValue &value) = 0;
     // description: "name", "uid", "subdevices" (a list of maps {"uid": UID}, the first one
     // the physical device), "master" (the first UID), and "stacked" = 1 for a device that
     // plays to all its subdevices at once (an output aggregate); without "stacked" the

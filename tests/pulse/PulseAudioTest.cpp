@@ -2,6 +2,7 @@
 // aggregates and the defaults each recording type sets, recordings of a played tone,
 // a device that vanishes mid-stream, and a program without a sound server.
 #include "AppDelegate.h"
+#include "AudioDeviceNames.h"
 #include "EZAudioDevice.h"
 #include "FakePlatform.h"
 #include "FakeSessionHost.h"
@@ -19,6 +20,7 @@
 #include <QThread>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 #include <mutex>
 
@@ -48,6 +50,208 @@ TEST_F(PulseAudioTest, CatalogNamesTheDevicesAsTheRoutingExpects)
     // Ids stay with their devices from one call to the next.
     EXPECT_EQ(find(EZAudioDevice::inputDevices(hardware), "Built-in Microphone").deviceID(),
               mic.deviceID());
+}
+
+// The server's null sinks and remapped sources have no ports; what it lets a virtual capture
+// device carry is the form factor and the bus, as USB and webcam microphones say them.
+TEST_F(PulseAudioTest, CaptureDevicesWithMicrophonePropertiesAreOfferedAsMicrophones)
+{
+    struct Case {
+        const char *properties;
+        const char *name;
+        bool microphone;
+    };
+    const Case cases[] = {
+        {"device.form_factor=microphone", "Desk Capture Microphone", true},
+        {"device.form_factor=webcam device.bus=usb", "Desk Capture Microphone", true},
+        {"device.bus=usb", "Desk Capture Microphone", true},
+        {"device.bus=pci", "Desk Capture", false},
+    };
+    PulseAudioHardware hardware;
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.properties);
+        const QString module =
+            pactl({"load-module", "module-remap-source", "master=mic_feed.monitor",
+                   "source_name=desk_capture",
+                   QString("source_properties='device.description=\"Desk Capture\" %1'")
+                       .arg(c.properties)});
+        ASSERT_FALSE(module.isEmpty());
+        EZAudioDevice found;
+        for (const EZAudioDevice &d : EZAudioDevice::inputDevices(hardware))
+            if (d.UID() == "desk_capture")
+                found = d;
+        EXPECT_EQ(found.name(), c.name);
+        EXPECT_EQ(AudioDeviceNames::isSecondPassMicrophone(found.name()), c.microphone);
+        pactl({"unload-module", module});
+    }
+    // A sink that calls itself a microphone is recorded through its monitor, which is what it
+    // plays: never a microphone.
+    const QString sink =
+        pactl({"load-module", "module-null-sink", "sink_name=desk_fake_mic",
+               "sink_properties='device.description=\"Desk Sink\" device.form_factor=microphone'"});
+    QString sinkName;
+    for (const EZAudioDevice &d : EZAudioDevice::inputDevices(hardware)) {
+        if (d.UID() == "desk_fake_mic")
+            sinkName = d.name();
+    }
+    EXPECT_EQ(sinkName, "Desk Sink");
+    pactl({"unload-module", sink});
+}
+
+// Names are the user's: quotes, spaces and backslashes reach the server and come back as
+// they were, in both kinds of aggregate.
+TEST_F(PulseAudioTest, AnAggregateKeepsANameWithQuotesSpacesAndBackslashes)
+{
+    PulseAudioHardware hardware;
+    const QString name = QStringLiteral("Desk \"Mix\" it's C:\\Sound\\ sink_name=x '");
+    struct Case {
+        bool stacked;
+        const char *uid; // any name: the adapter knows its aggregates by their mark
+        const char *first;
+        const char *second;
+    };
+    for (const Case c : {Case{true, "desk_mix_out", "builtin_out", "BlackHole2ch_UID"},
+                         Case{false, "desk_mix_in", "builtin_mic", "BlackHole2ch_UID"}}) {
+        SCOPED_TRACE(c.stacked ? "playing" : "recording");
+        QVariantMap description{
+            {"name", name},
+            {"uid", c.uid},
+            {"subdevices",
+             QVariantList{QVariantMap{{"uid", c.first}}, QVariantMap{{"uid", c.second}}}},
+        };
+        if (c.stacked)
+            description.insert("stacked", 1);
+        AudioObjectID made = kAudioObjectUnknown;
+        ASSERT_EQ(hardware.AudioHardwareCreateAggregateDevice(description, &made), noErr);
+        PulseAudioHardware::Device listed;
+        for (const PulseAudioHardware::Device &d : hardware.snapshot().devices)
+            if (d.id == made)
+                listed = d;
+        EXPECT_EQ(listed.name, name);
+        EXPECT_EQ(listed.transport, kAudioDeviceTransportTypeAggregate);
+        // A recording aggregate is a null sink, yet nothing may be played to it.
+        EXPECT_EQ(listed.outputChannels > 0, c.stacked);
+        EXPECT_EQ(hardware.AudioHardwareDestroyAggregateDevice(made), noErr);
+        EXPECT_EQ(modulesNamed(c.uid), 0); // loopbacks included
+    }
+}
+
+// The adapter answers from a snapshot it renews on the server's events; a change made just
+// before an enumeration, by someone else, is in it all the same, and the enumeration costs
+// one round trip to the server (two when it has to read the devices again), not one a read.
+TEST_F(PulseAudioTest, TheNextEnumerationSeesChangesMadeBehindTheAdaptersBack)
+{
+    PulseAudioHardware hardware;
+    const auto uids = [&] {
+        QStringList list;
+        for (const EZAudioDevice &d : EZAudioDevice::devices(hardware))
+            list << d.UID();
+        return list;
+    };
+    ASSERT_TRUE(uids().contains("builtin_mic"));
+    QString module;
+    struct Step {
+        const char *what;
+        std::function<void()> change;
+        std::function<void()> check;
+    };
+    const Step steps[] = {
+        {"a device plugged in",
+         [&] {
+             module = pactl({"load-module", "module-null-sink", "sink_name=desk_plugged",
+                             "sink_properties=device.description=Plugged"});
+         },
+         [&] { EXPECT_TRUE(uids().contains("desk_plugged")); }},
+        {"a device pulled out",
+         [&] {
+             pactl({"unload-module", module});
+         },
+         [&] { EXPECT_FALSE(uids().contains("desk_plugged")); }},
+        {"the default input changed",
+         [&] {
+             pactl({"set-default-source", "BlackHole2ch_UID.monitor"});
+         },
+         [&] { EXPECT_EQ(EZAudioDevice::currentInputDevice(hardware).UID(), "BlackHole2ch_UID"); }},
+        {"the default output changed",
+         [&] {
+             pactl({"set-default-sink", "BlackHole2ch_UID"});
+         },
+         [&] {
+             EXPECT_EQ(EZAudioDevice::currentOutputDevice(hardware).UID(), "BlackHole2ch_UID");
+         }},
+        {"the defaults changed back",
+         [&] {
+             pactl({"set-default-source", "builtin_mic"});
+             pactl({"set-default-sink", "builtin_out"});
+         },
+         [&] {
+             EXPECT_EQ(EZAudioDevice::currentInputDevice(hardware).UID(), "builtin_mic");
+             EXPECT_EQ(EZAudioDevice::currentOutputDevice(hardware).UID(), "builtin_out");
+         }},
+    };
+    for (const Step &step : steps) {
+        SCOPED_TRACE(step.what);
+        step.change();
+        step.check(); // at once: no waiting for the event
+    }
+
+    // The null sinks' state changes are events too, so an enumeration may read the devices
+    // again; but it always asks the server once (else a change just made could be missed),
+    // never more than twice, and when nothing changed, once.
+    int fewest = 100;
+    for (int i = 0; i < 10; ++i) {
+        const int before = hardware.serverRoundTrips();
+        EXPECT_FALSE(EZAudioDevice::inputDevices(hardware).isEmpty());
+        const int trips = hardware.serverRoundTrips() - before;
+        EXPECT_GE(trips, 1);
+        EXPECT_LE(trips, 2);
+        fewest = std::min(fewest, trips);
+    }
+    EXPECT_EQ(fewest, 1);
+}
+
+// Sound that cannot be had is told as a run-time error, and the input does not claim to run.
+TEST_F(PulseAudioTest, AStreamThatCannotRecordReachesTheErrorPath)
+{
+    struct Case {
+        const char *what;
+        int channels;
+        bool sourceGone;
+    };
+    for (const Case c : {Case{"a format the server refuses", 0, false},
+                         Case{"a source gone before the start", 2, true}}) {
+        SCOPED_TRACE(c.what);
+        const QString module =
+            pactl({"load-module", "module-remap-source", "master=mic_feed.monitor",
+                   "source_name=desk_brief_mic", "source_properties=device.description=Brief"});
+        PulseAudioHardware hardware;
+        PulseAudioCaptureInput input(hardware);
+        std::atomic<int> errors{0};
+        std::mutex mutex;
+        QString error;
+        input.setSessionEventCallback([&](CaptureSessionEvent e, const QString &text) {
+            if (e != CaptureSessionEvent::RuntimeError)
+                return;
+            std::lock_guard lock(mutex);
+            error = text;
+            ++errors;
+        });
+        input.setFormat(44100, c.channels);
+        ASSERT_TRUE(input.setDevice("Brief"));
+        if (c.sourceGone)
+            pactl({"unload-module", module});
+        input.startRunning();
+        EXPECT_TRUE(waitFor([&] { return errors.load() > 0; }));
+        EXPECT_FALSE(input.isRunning());
+        {
+            std::lock_guard lock(mutex);
+            EXPECT_FALSE(error.isEmpty()); // the engine passes over an empty error
+        }
+        input.stopRunning();
+        EXPECT_EQ(errors.load(), 1);
+        if (!c.sourceGone)
+            pactl({"unload-module", module});
+    }
 }
 
 TEST_F(PulseAudioTest, RoutingBuildsTheAggregatesAndSetsTheDefaults)
@@ -226,6 +430,7 @@ TEST_F(PulseAudioTest, AVanishingDeviceEndsTheStreamWithAnError)
     pactl({"unload-module", extra});
     QTest::qWait(500);
     EXPECT_TRUE(failed.load());
+    EXPECT_FALSE(input.isRunning()); // a failed stream records nothing
     input.stopRunning();
     EXPECT_FALSE(input.isRunning());
     player.waitForFinished(10000);

@@ -6,7 +6,9 @@
 
 #include <QProcess>
 #include <QStringList>
+#include <QTest>
 #include <QThread>
+#include <functional>
 #include <gtest/gtest.h>
 
 inline QString pactl(const QStringList &arguments)
@@ -82,12 +84,45 @@ protected:
         ASSERT_TRUE(available_) << "the test desktop's sound server does not answer";
     }
 
+    void TearDown() override { plugMicrophoneBackIn(); }
+
+    // Unloads the module of "Built-in Microphone", as pulling out a USB microphone would.
+    void unplugMicrophone()
+    {
+        for (const QString &line : pactl({"list", "short", "modules"}).split('\n')) {
+            const QStringList fields = line.split('\t');
+            if (fields.size() >= 3 && fields[2].contains("source_name=builtin_mic")) {
+                unpluggedIndex_ = fields[0];
+                unplugged_ = QStringList{fields[1], fields[2]}; // pactl joins them again
+            }
+        }
+        ASSERT_FALSE(unplugged_.isEmpty());
+        pactl({"unload-module", unpluggedIndex_});
+    }
+
+    void plugMicrophoneBackIn()
+    {
+        if (unplugged_.isEmpty())
+            return;
+        const QString index = pactl(QStringList{"load-module"} + unplugged_);
+        modules_.replace(modules_.indexOf(unpluggedIndex_), index);
+        unplugged_.clear();
+    }
+
     // A null sink runs on its own timer only while a stream plays into it; without one its
     // monitor delivers late and in bursts. Real hardware keeps time; a silent stream does here.
     static QString keepClocked(const QString &sink)
     {
         return pactl({"load-module", "module-loopback", "source=test_silence", "sink=" + sink,
                       "latency_msec=60", "source_dont_move=true", "sink_dont_move=true"});
+    }
+
+    // Waits up to five seconds, keeping the event loop running.
+    static bool waitFor(const std::function<bool()> &condition)
+    {
+        for (int i = 0; i < 50 && !condition(); ++i)
+            QTest::qWait(100);
+        return condition();
     }
 
     // Plays a tone to a sink for the given time, in the background.
@@ -106,6 +141,8 @@ protected:
 
     static inline bool available_ = false;
     static inline QStringList modules_;
+    QString unpluggedIndex_;
+    QStringList unplugged_;
 };
 
 // Starts a recording of a region of the first screen (X coordinates) without cursor or

@@ -1,6 +1,6 @@
 #include "FakeAudioHardware.h"
 
-#include <cstring>
+#include <variant>
 
 FakeAudioHardware::Device FakeAudioHardware::device(AudioObjectID id, const QString &name,
                                                     const QString &uid, QList<UInt32> in,
@@ -25,73 +25,57 @@ const FakeAudioHardware::Device *FakeAudioHardware::find(AudioObjectID id) const
     return nullptr;
 }
 
-static UInt32 bufferListSize(qsizetype buffers)
+static const QList<UInt32> &buffersOf(const FakeAudioHardware::Device &d,
+                                      AudioObjectPropertyScope scope)
 {
-    // The header and room for at least one buffer, as the platform's struct has.
-    return UInt32(offsetof(AudioBufferList, mBuffers) +
-                  sizeof(AudioBuffer) * std::max<qsizetype>(buffers, 1));
+    return scope == kAudioObjectPropertyScopeInput ? d.inputBuffers : d.outputBuffers;
 }
 
-OSStatus
-FakeAudioHardware::AudioObjectGetPropertyDataSize(AudioObjectID objectID,
-                                                  const AudioObjectPropertyAddress *address, UInt32,
-                                                  const void *, UInt32 *outDataSize)
+OSStatus FakeAudioHardware::AudioObjectGetPropertyDataSize(
+    AudioObjectID objectID, const AudioObjectPropertyAddress &address, UInt32 &outElementCount)
 {
     std::lock_guard lock(mutex_);
     if (objectID == kAudioObjectSystemObject &&
-        address->mSelector == kAudioHardwarePropertyDevices) {
+        address.mSelector == kAudioHardwarePropertyDevices) {
         if (deviceListSizeStatus != noErr)
             return deviceListSizeStatus;
-        *outDataSize = UInt32(devices.size() * sizeof(AudioObjectID));
+        outElementCount = UInt32(devices.size());
         return noErr;
     }
     if (objectID == kAudioObjectSystemObject) {
-        *outDataSize = sizeof(AudioObjectID);
+        outElementCount = 1;
         return noErr;
     }
     const Device *d = find(objectID);
     if (!d)
         return kAudioHardwareBadObjectError;
-    if (address->mSelector == kAudioDevicePropertyStreamConfiguration) {
-        const auto &buffers =
-            address->mScope == kAudioObjectPropertyScopeInput ? d->inputBuffers : d->outputBuffers;
-        *outDataSize = bufferListSize(buffers.size());
-        return noErr;
-    }
-    *outDataSize = address->mSelector == kAudioDevicePropertyTransportType ? sizeof(UInt32)
-                                                                           : sizeof(CFStringRef);
+    outElementCount = address.mSelector == kAudioDevicePropertyStreamConfiguration
+                          ? UInt32(buffersOf(*d, address.mScope).size())
+                          : 1;
     return noErr;
 }
 
 OSStatus FakeAudioHardware::AudioObjectGetPropertyData(AudioObjectID objectID,
-                                                       const AudioObjectPropertyAddress *address,
-                                                       UInt32, const void *, UInt32 *ioDataSize,
-                                                       void *outData)
+                                                       const AudioObjectPropertyAddress &address,
+                                                       AudioPropertyValue &out)
 {
     std::lock_guard lock(mutex_);
     if (objectID == kAudioObjectSystemObject) {
-        if (address->mSelector == kAudioHardwarePropertyDevices) {
+        if (address.mSelector == kAudioHardwarePropertyDevices) {
             if (deviceListStatus != noErr)
                 return deviceListStatus;
-            const UInt32 count =
-                std::min<UInt32>(*ioDataSize / sizeof(AudioObjectID), UInt32(devices.size()));
-            auto *ids = static_cast<AudioObjectID *>(outData);
-            for (UInt32 i = 0; i < count; ++i)
-                ids[i] = devices[i].id;
-            *ioDataSize = count * sizeof(AudioObjectID);
+            AudioObjectIDs ids;
+            for (const Device &d : devices)
+                ids.append(d.id);
+            out = ids;
             return noErr;
         }
-        if (address->mSelector == kAudioHardwarePropertyDefaultInputDevice ||
-            address->mSelector == kAudioHardwarePropertyDefaultOutputDevice) {
+        if (address.mSelector == kAudioHardwarePropertyDefaultInputDevice ||
+            address.mSelector == kAudioHardwarePropertyDefaultOutputDevice) {
             if (defaultDeviceStatus != noErr)
                 return defaultDeviceStatus;
-            if (*ioDataSize < sizeof(AudioObjectID))
-                return kAudioHardwareBadPropertySizeError;
-            const AudioObjectID id = address->mSelector == kAudioHardwarePropertyDefaultInputDevice
-                                         ? defaultInput
-                                         : defaultOutput;
-            std::memcpy(outData, &id, sizeof id);
-            *ioDataSize = sizeof id;
+            out = address.mSelector == kAudioHardwarePropertyDefaultInputDevice ? defaultInput
+                                                                                : defaultOutput;
             return noErr;
         }
         return kAudioHardwareUnknownPropertyError;
@@ -99,70 +83,50 @@ OSStatus FakeAudioHardware::AudioObjectGetPropertyData(AudioObjectID objectID,
     const Device *d = find(objectID);
     if (!d)
         return kAudioHardwareBadObjectError;
-    if (d->failingSelectors.contains(address->mSelector))
+    if (d->failingSelectors.contains(address.mSelector))
         return kAudioHardwareUnspecifiedError;
-    return deviceProperty(*d, *address, ioDataSize, outData);
+    return deviceProperty(*d, address, out);
 }
 
 OSStatus FakeAudioHardware::deviceProperty(const Device &d,
                                            const AudioObjectPropertyAddress &address,
-                                           UInt32 *ioDataSize, void *outData) const
+                                           AudioPropertyValue &out)
 {
-    auto giveString = [&](const QString &value) {
-        if (*ioDataSize < sizeof(CFStringRef))
-            return kAudioHardwareBadPropertySizeError;
-        CFStringRef string = new QString(value);
-        std::memcpy(outData, &string, sizeof string);
-        *ioDataSize = sizeof string;
-        return noErr;
-    };
     switch (address.mSelector) {
     case kAudioObjectPropertyName:
-        return giveString(d.name);
+        out = d.name;
+        return noErr;
     case kAudioObjectPropertyManufacturer:
-        return giveString(d.manufacturer);
+        out = d.manufacturer;
+        return noErr;
     case kAudioDevicePropertyDeviceUID:
-        return giveString(d.uid);
+        out = d.uid;
+        return noErr;
     case kAudioDevicePropertyTransportType:
-        if (*ioDataSize < sizeof(UInt32))
-            return kAudioHardwareBadPropertySizeError;
-        std::memcpy(outData, &d.transport, sizeof(UInt32));
-        *ioDataSize = sizeof(UInt32);
+        out = AudioTransportType{d.transport};
         return noErr;
-    case kAudioDevicePropertyStreamConfiguration: {
-        const auto &buffers =
-            address.mScope == kAudioObjectPropertyScopeInput ? d.inputBuffers : d.outputBuffers;
-        const UInt32 needed = bufferListSize(buffers.size());
-        if (*ioDataSize < needed)
-            return kAudioHardwareBadPropertySizeError;
-        auto *list = static_cast<AudioBufferList *>(outData);
-        list->mNumberBuffers = UInt32(buffers.size());
-        for (qsizetype i = 0; i < buffers.size(); ++i)
-            list->mBuffers[i] = AudioBuffer{buffers[i], 0, nullptr};
-        *ioDataSize = needed;
+    case kAudioDevicePropertyStreamConfiguration:
+        out = AudioStreamChannels{buffersOf(d, address.mScope)};
         return noErr;
-    }
     default:
         return kAudioHardwareUnknownPropertyError;
     }
 }
 
 OSStatus FakeAudioHardware::AudioObjectSetPropertyData(AudioObjectID objectID,
-                                                       const AudioObjectPropertyAddress *address,
-                                                       UInt32, const void *, UInt32 dataSize,
-                                                       const void *data)
+                                                       const AudioObjectPropertyAddress &address,
+                                                       const AudioPropertyValue &value)
 {
     std::lock_guard lock(mutex_);
-    if (objectID != kAudioObjectSystemObject || dataSize < sizeof(AudioObjectID))
+    const auto *id = std::get_if<AudioObjectID>(&value);
+    if (objectID != kAudioObjectSystemObject || !id)
         return kAudioHardwareBadObjectError;
-    AudioObjectID id = 0;
-    std::memcpy(&id, data, sizeof id);
-    if (!find(id))
+    if (!find(*id))
         return kAudioHardwareBadObjectError;
-    if (address->mSelector == kAudioHardwarePropertyDefaultInputDevice)
-        defaultInput = id;
-    else if (address->mSelector == kAudioHardwarePropertyDefaultOutputDevice)
-        defaultOutput = id;
+    if (address.mSelector == kAudioHardwarePropertyDefaultInputDevice)
+        defaultInput = *id;
+    else if (address.mSelector == kAudioHardwarePropertyDefaultOutputDevice)
+        defaultOutput = *id;
     else
         return kAudioHardwareUnknownPropertyError;
     return noErr;

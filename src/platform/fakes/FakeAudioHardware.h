@@ -37,21 +37,21 @@ public:
                          UInt32 transport = kAudioDeviceTransportTypeBuiltIn);
 
     OSStatus AudioObjectGetPropertyDataSize(AudioObjectID objectID,
-                                            const AudioObjectPropertyAddress *address, UInt32,
-                                            const void *, UInt32 *outDataSize) override;
+                                            const AudioObjectPropertyAddress &address,
+                                            UInt32 &outElementCount) override;
     OSStatus AudioObjectGetPropertyData(AudioObjectID objectID,
-                                        const AudioObjectPropertyAddress *address, UInt32,
-                                        const void *, UInt32 *ioDataSize, void *outData) override;
+                                        const AudioObjectPropertyAddress &address,
+                                        AudioPropertyValue &out) override;
     OSStatus AudioObjectSetPropertyData(AudioObjectID objectID,
-                                        const AudioObjectPropertyAddress *address, UInt32,
-                                        const void *, UInt32 dataSize, const void *data) override;
+                                        const AudioObjectPropertyAddress &address,
+                                        const AudioPropertyValue &value) override;
     OSStatus AudioHardwareCreateAggregateDevice(const QVariantMap &description,
                                                 AudioObjectID *outDeviceID) override;
     OSStatus AudioHardwareDestroyAggregateDevice(AudioObjectID deviceID) override;
 
 private:
     const Device *find(AudioObjectID id) const;
-    OSStatus deviceProperty(const Device &device, const AudioObjectPropertyAddress &address,
-                            UInt32 *ioDataSize, void *outData) const;
+    static OSStatus deviceProperty(const Device &device, const AudioObjectPropertyAddress &address,
+                                   AudioPropertyValue &out);
     mutable std::recursive_mutex mutex_;
 };

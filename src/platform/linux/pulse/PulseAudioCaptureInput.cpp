@@ -79,6 +79,16 @@ void PulseAudioCaptureInput::startRunning()
         post(CaptureSessionEvent::RuntimeError, QStringLiteral("no sound server"));
         return;
     }
+    const QString error = openStream();
+    // Told outside the loop's lock: whoever listens may ask the input about itself.
+    if (!error.isEmpty()) {
+        capstan::NSLog(lcAudio, "%s", qUtf8Printable(error));
+        post(CaptureSessionEvent::RuntimeError, error);
+    }
+}
+
+QString PulseAudioCaptureInput::openStream()
+{
     QByteArray source;
     pa_sample_spec spec{};
     {
@@ -86,41 +96,53 @@ void PulseAudioCaptureInput::startRunning()
         source = source_.toUtf8();
         spec = {PA_SAMPLE_S32LE, uint32_t(sampleRate_), uint8_t(channels_)};
     }
+    pa_context *context = connection_.context();
     pulse::LoopLock lock(connection_.loop());
     pending_.clear();
-    pa_stream *stream = pa_stream_new(connection_.context(), "Capstan recording", &spec, nullptr);
+    pulse::StreamHandle stream(pa_stream_new(context, "Capstan recording", &spec, nullptr));
     if (!stream)
-        return;
-    pa_stream_set_read_callback(stream, &PulseAudioCaptureInput::onRead, this);
-    pa_stream_set_state_callback(stream, &PulseAudioCaptureInput::onState, this);
+        return QStringLiteral("cannot make a sound stream (%1 Hz, %2 channels): %3")
+            .arg(spec.rate)
+            .arg(spec.channels)
+            .arg(QString::fromUtf8(pa_strerror(pa_context_errno(context))));
+    pa_stream_set_read_callback(stream.get(), &PulseAudioCaptureInput::onRead, this);
+    pa_stream_set_state_callback(stream.get(), &PulseAudioCaptureInput::onState, this);
     // About 20 ms a buffer keeps the level meter lively and the sound close to the pictures.
     pa_buffer_attr attr{};
     attr.maxlength = uint32_t(-1);
     attr.fragsize = uint32_t(pa_usec_to_bytes(20 * PA_USEC_PER_MSEC, &spec));
     started_ = false;
     if (pa_stream_connect_record(
-            stream, source.isEmpty() ? nullptr : source.constData(), &attr,
+            stream.get(), source.isEmpty() ? nullptr : source.constData(), &attr,
             pa_stream_flags_t(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE)) < 0) {
-        capstan::NSLog(lcAudio, "cannot record from %s: %s", source.constData(),
-                       pa_strerror(pa_context_errno(connection_.context())));
-        pa_stream_unref(stream);
-        return;
+        pa_stream_set_read_callback(stream.get(), nullptr, nullptr);
+        pa_stream_set_state_callback(stream.get(), nullptr, nullptr);
+        return QStringLiteral("cannot record from %1: %2")
+            .arg(QString::fromUtf8(source.isEmpty() ? QByteArray("the default source") : source),
+                 QString::fromUtf8(pa_strerror(pa_context_errno(context))));
     }
-    stream_ = stream;
+    // A source that is not there is only found out later, in onState.
+    stream_ = std::move(stream);
+    running_ = true;
+    return {};
 }
 
 void PulseAudioCaptureInput::stopRunning()
 {
-    pa_stream *stream = stream_.exchange(nullptr);
-    if (!stream)
+    if (!connection_.loop())
         return;
+    pulse::StreamHandle stream;
     {
         // Under the loop's lock no callback runs; after it none will for this stream.
         pulse::LoopLock lock(connection_.loop());
-        pa_stream_set_read_callback(stream, nullptr, nullptr);
-        pa_stream_set_state_callback(stream, nullptr, nullptr);
-        pa_stream_disconnect(stream);
-        pa_stream_unref(stream);
+        stream = std::move(stream_);
+        running_ = false;
+        if (!stream)
+            return;
+        pa_stream_set_read_callback(stream.get(), nullptr, nullptr);
+        pa_stream_set_state_callback(stream.get(), nullptr, nullptr);
+        pa_stream_disconnect(stream.get());
+        stream.reset();
     }
     post(CaptureSessionEvent::DidStopRunning);
 }
@@ -136,13 +158,16 @@ void PulseAudioCaptureInput::onState(pa_stream *stream, void *self)
         }
         break;
     case PA_STREAM_FAILED:
-    case PA_STREAM_TERMINATED:
-        // The device went away, or the server did.
-        input->post(CaptureSessionEvent::RuntimeError,
-                    QStringLiteral("the sound device stopped: %1")
-                        .arg(QString::fromUtf8(
-                            pa_strerror(pa_context_errno(pa_stream_get_context(stream))))));
+    case PA_STREAM_TERMINATED: {
+        // The device went away, was never there, or the server went.
+        input->running_ = false;
+        const QString error = QStringLiteral("the sound device stopped: %1")
+                                  .arg(QString::fromUtf8(pa_strerror(
+                                      pa_context_errno(pa_stream_get_context(stream)))));
+        capstan::NSLog(lcAudio, "%s", qUtf8Printable(error));
+        input->post(CaptureSessionEvent::RuntimeError, error);
         break;
+    }
     default:
         break;
     }

@@ -23,12 +23,15 @@ public:
     void setSessionEventCallback(SessionEventCallback callback) override;
     void startRunning() override;
     void stopRunning() override;
-    bool isRunning() const override { return stream_.load() != nullptr; }
+    // False again once the stream fails, as well as after stopRunning().
+    bool isRunning() const override { return running_.load(); }
 
 private:
     static void onRead(pa_stream *stream, size_t bytes, void *self);
     static void onState(pa_stream *stream, void *self);
     void post(CaptureSessionEvent event, const QString &error = {});
+    // Opens the stream under the loop's lock; the error's text when it cannot.
+    QString openStream();
 
     PulseAudioHardware &hardware_;
     pulse::PulseConnection connection_{"AudioDataOutputQueue"};
@@ -38,7 +41,8 @@ private:
     int channels_ = 2;
     AudioSampleCallback sampleCallback_;
     SessionEventCallback eventCallback_;
-    std::atomic<pa_stream *> stream_{nullptr};
+    pulse::StreamHandle stream_; // under the loop's lock
+    std::atomic<bool> running_{false};
     static constexpr int kMinBufferMs = 10;
 
     bool started_ = false;         // on the loop's thread

@@ -1,15 +1,26 @@
 #include "PulseAudioHardware.h"
 
 #include "Log.h"
+#include "PulseDeviceNaming.h"
+#include "PulseModuleArguments.h"
 
-#include <cstddef>
 #include <cstring>
-#include <optional>
+#include <thread>
+#include <utility>
+#include <variant>
 
 namespace {
 
-const QString kInputAggregateUID = QStringLiteral("MR-InputDevice");
-const QString kOutputAggregateUID = QStringLiteral("MR-OutputDevice");
+// Set on the sinks of our aggregates when they are made; the server keeps it for as long as
+// the module lives, so an aggregate outlives a crash still recognised.
+constexpr char kAggregateProperty[] = "capstan.aggregate";
+const QString kRecordingAggregate = QStringLiteral("input"); // a null sink, loopbacks feed it
+const QString kPlayingAggregate = QStringLiteral("output");  // a combine sink
+
+// Device reads trust the server's events this long after a round trip showed the cache to be
+// current. An enumeration's reads all fall within it; a read later than that syncs again,
+// as a read of the system object always does.
+constexpr std::chrono::milliseconds kTrustEvents{100};
 
 QString property(const pa_proplist *list, const char *key)
 {
@@ -31,31 +42,29 @@ UInt32 transportOf(const pa_proplist *list, const QString &driver)
     return kAudioDeviceTransportTypeVirtual;
 }
 
-// Names the system's name tests recognise for real hardware.
-QString inputName(const char *description, const char *port, const pa_proplist *list)
+// What the naming needs of a device, read from the server's answer.
+template <typename Info> pulse::DeviceFacts factsOf(const Info *info, pulse::DeviceKind kind)
 {
-    const QString text = QString::fromUtf8(description);
-    const QString portName = port ? QString::fromUtf8(port) : QString();
-    if (portName.contains(QLatin1String("internal-mic")))
-        return QStringLiteral("Built-in Microphone");
-    if (portName.contains(QLatin1String("input-mic")))
-        return QStringLiteral("External Microphone");
-    const QString form = property(list, PA_PROP_DEVICE_FORM_FACTOR);
-    if (form == QLatin1String("microphone") || form == QLatin1String("headset") ||
-        form == QLatin1String("webcam"))
-        return text + QStringLiteral(" Microphone");
-    return text;
-}
-
-QString outputName(const char *description, const char *port)
-{
-    const QString text = QString::fromUtf8(description);
-    const QString portName = port ? QString::fromUtf8(port) : QString();
-    if (portName.contains(QLatin1String("output-speaker")))
-        return QStringLiteral("Built-in Output");
-    if (portName.contains(QLatin1String("headphones")))
-        return text + QStringLiteral(" Headphones");
-    return text;
+    pulse::DeviceFacts f;
+    f.kind = kind;
+    f.name = QString::fromUtf8(info->name ? info->name : "");
+    f.description = QString::fromUtf8(info->description ? info->description : "");
+    if (info->active_port) {
+        f.portName = QString::fromUtf8(info->active_port->name ? info->active_port->name : "");
+        f.portDescription =
+            QString::fromUtf8(info->active_port->description ? info->active_port->description : "");
+    }
+    f.formFactor = property(info->proplist, PA_PROP_DEVICE_FORM_FACTOR);
+    f.bus = property(info->proplist, PA_PROP_DEVICE_BUS);
+    // PulseAudio's Bluetooth devices say their profile as "bluetooth.protocol", PipeWire's
+    // as "api.bluez5.profile"; ALSA cards as the card's profile.
+    for (const char *key :
+         {"bluetooth.protocol", "api.bluez5.profile", PA_PROP_DEVICE_PROFILE_NAME}) {
+        f.profile = property(info->proplist, key);
+        if (!f.profile.isEmpty())
+            break;
+    }
+    return f;
 }
 
 QString manufacturerOf(const pa_proplist *list)
@@ -65,7 +74,7 @@ QString manufacturerOf(const pa_proplist *list)
 }
 
 struct RawSink {
-    QString name, description, port, driver, monitor, manufacturer;
+    QString name, description, port, driver, monitor, manufacturer, aggregate;
     UInt32 channels = 0, transport = 0;
     uint32_t ownerModule = PA_INVALID_INDEX;
 };
@@ -91,14 +100,14 @@ void onSink(pa_context *, const pa_sink_info *info, int eol, void *data)
     }
     RawSink s;
     s.name = QString::fromUtf8(info->name);
-    s.description =
-        outputName(info->description, info->active_port ? info->active_port->name : nullptr);
+    s.description = pulse::deviceName(factsOf(info, pulse::DeviceKind::Sink));
     s.driver = QString::fromUtf8(info->driver ? info->driver : "");
     s.monitor = QString::fromUtf8(info->monitor_source_name ? info->monitor_source_name : "");
     s.channels = info->sample_spec.channels;
     s.transport = transportOf(info->proplist, s.driver);
     s.manufacturer = manufacturerOf(info->proplist);
     s.ownerModule = info->owner_module;
+    s.aggregate = property(info->proplist, kAggregateProperty);
     g->sinks.append(s);
 }
 
@@ -111,13 +120,13 @@ void onSource(pa_context *, const pa_source_info *info, int eol, void *data)
     }
     RawSource s;
     s.name = QString::fromUtf8(info->name);
-    s.listedName = inputName(info->description,
-                             info->active_port ? info->active_port->name : nullptr, info->proplist);
+    s.isMonitor = info->monitor_of_sink != PA_INVALID_INDEX;
+    s.listedName = pulse::deviceName(
+        factsOf(info, s.isMonitor ? pulse::DeviceKind::Monitor : pulse::DeviceKind::Source));
     s.driver = QString::fromUtf8(info->driver ? info->driver : "");
     s.channels = info->sample_spec.channels;
     s.transport = transportOf(info->proplist, s.driver);
     s.manufacturer = manufacturerOf(info->proplist);
-    s.isMonitor = info->monitor_of_sink != PA_INVALID_INDEX;
     s.ownerModule = info->owner_module;
     g->sources.append(s);
 }
@@ -131,31 +140,62 @@ void onServer(pa_context *, const pa_server_info *info, void *data)
     g->connection->signal();
 }
 
-struct Answer {
-    OSStatus status = noErr;
-    QByteArray bytes;
-    std::optional<QString> string; // handed out as a new CFStringRef
-};
-
 } // namespace
 
-PulseAudioHardware::PulseAudioHardware() = default;
+PulseAudioHardware::PulseAudioHardware()
+{
+    if (!connection_.isReady())
+        return;
+    pa_context *c = connection_.context();
+    {
+        pulse::LoopLock lock(connection_.loop());
+        pa_context_set_subscribe_callback(c, &PulseAudioHardware::onServerEvent, this);
+    }
+    std::pair<pulse::PulseConnection *, bool *> state{&connection_, &subscribed_};
+    wait([&] {
+        return pa_context_subscribe(
+            c,
+            pa_subscription_mask_t(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SOURCE |
+                                   PA_SUBSCRIPTION_MASK_SERVER),
+            [](pa_context *, int success, void *self) {
+                auto *pair = static_cast<std::pair<pulse::PulseConnection *, bool *> *>(self);
+                *pair->second = success != 0;
+                pair->first->signal();
+            },
+            &state);
+    });
+    if (!subscribed_)
+        capstan::NSLog(lcAudio, "the sound server sends no device events: every read asks it");
+}
+
+void PulseAudioHardware::onServerEvent(pa_context *, pa_subscription_event_type_t, uint32_t,
+                                       void *self)
+{
+    // Runs on the loop's thread; the reader renews the snapshot when it next needs it.
+    static_cast<PulseAudioHardware *>(self)->changes_.fetch_add(1);
+}
+
+bool PulseAudioHardware::wait(const std::function<pa_operation *()> &start)
+{
+    roundTrips_.fetch_add(1);
+    return connection_.wait(start);
+}
 
 AudioObjectID PulseAudioHardware::idFor(const QString &key)
 {
-    std::lock_guard lock(mutex_);
     auto found = ids_.find(key);
     if (found == ids_.end())
         found = ids_.insert(key, AudioObjectID(ids_.size() + 2)); // 1 is the system object
     return found.value();
 }
 
-PulseAudioHardware::Snapshot PulseAudioHardware::snapshot()
+PulseAudioHardware::Snapshot PulseAudioHardware::readServer()
 {
     Snapshot shot;
     Gathered g;
     g.connection = &connection_;
     pa_context *c = connection_.context();
+    roundTrips_.fetch_add(1);
     if (!connection_.waitAll({[&] { return pa_context_get_sink_info_list(c, onSink, &g); },
                               [&] { return pa_context_get_source_info_list(c, onSource, &g); },
                               [&] { return pa_context_get_server_info(c, onServer, &g); }}))
@@ -176,11 +216,11 @@ PulseAudioHardware::Snapshot PulseAudioHardware::snapshot()
             d.source = s.monitor;
             d.inputChannels = s.channels;
         }
-        if (s.name == kInputAggregateUID) { // records the two it joins, plays nothing
+        if (s.aggregate == kRecordingAggregate) { // records the two it joins, plays nothing
             d.outputChannels = 0;
             d.sink.clear();
         }
-        if (s.name == kInputAggregateUID || s.name == kOutputAggregateUID)
+        if (!s.aggregate.isEmpty())
             d.transport = kAudioDeviceTransportTypeAggregate;
         shot.devices.append(d);
     }
@@ -207,136 +247,167 @@ PulseAudioHardware::Snapshot PulseAudioHardware::snapshot()
     return shot;
 }
 
+// Events alone would leave a window: the server posts a change's event a moment after the
+// change, so a read right after someone else's change (a `pactl load-module` that has just
+// returned) could still find the old snapshot. A round trip closes it, since the server
+// sends every event it owes us before its answer, and our loop thread takes them in order.
+// It costs a small request where a snapshot costs three large ones; reads of devices lean on
+// it for kTrustEvents, so an enumeration makes one round trip, two when something changed.
+// Without events every sync takes a snapshot.
+const PulseAudioHardware::Snapshot &PulseAudioHardware::currentLocked(Sync sync)
+{
+    const auto now = std::chrono::steady_clock::now();
+    const bool due = sync == Sync::Always || !cacheValid_ || now - syncedAt_ > kTrustEvents;
+    if (due && cacheValid_) {
+        const bool answered = !subscribed_ || wait([&] {
+            return pa_context_get_server_info(
+                connection_.context(),
+                [](pa_context *, const pa_server_info *, void *connection) {
+                    static_cast<pulse::PulseConnection *>(connection)->signal();
+                },
+                &connection_);
+        });
+        cacheValid_ = answered && subscribed_;
+        syncedAt_ = now;
+    }
+    // An event during the reading leaves the count ahead, and the next read reads again.
+    const uint64_t changes = changes_.load();
+    if (!cacheValid_ || changes != cacheChanges_) {
+        cache_ = readServer();
+        cacheValid_ = cache_.ok;
+        cacheChanges_ = changes;
+        syncedAt_ = now;
+    }
+    return cache_;
+}
+
+PulseAudioHardware::Snapshot PulseAudioHardware::snapshot()
+{
+    std::lock_guard lock(cacheMutex_);
+    return currentLocked(Sync::Always);
+}
+
 namespace {
 
-Answer answerFor(const PulseAudioHardware::Snapshot &shot, AudioObjectID objectID,
-                 const AudioObjectPropertyAddress &address)
+OSStatus answerFor(const PulseAudioHardware::Snapshot &shot, AudioObjectID objectID,
+                   const AudioObjectPropertyAddress &address, AudioPropertyValue &out)
 {
-    Answer a;
-    const auto giveId = [&](AudioObjectID id) {
-        a.bytes = QByteArray(reinterpret_cast<const char *>(&id), sizeof id);
-    };
     if (objectID == kAudioObjectSystemObject) {
         switch (address.mSelector) {
-        case kAudioHardwarePropertyDevices:
+        case kAudioHardwarePropertyDevices: {
             // No server: no devices, which is no error.
+            AudioObjectIDs ids;
+            ids.reserve(shot.devices.size());
             for (const PulseAudioHardware::Device &d : shot.devices)
-                a.bytes.append(reinterpret_cast<const char *>(&d.id), sizeof d.id);
-            return a;
+                ids.append(d.id);
+            out = std::move(ids);
+            return noErr;
+        }
         case kAudioHardwarePropertyDefaultInputDevice:
-            giveId(shot.defaultInput);
-            return a;
+            out = shot.defaultInput;
+            return noErr;
         case kAudioHardwarePropertyDefaultOutputDevice:
-            giveId(shot.defaultOutput);
-            return a;
+            out = shot.defaultOutput;
+            return noErr;
         default:
-            a.status = kAudioHardwareUnknownPropertyError;
-            return a;
+            return kAudioHardwareUnknownPropertyError;
         }
     }
-    if (!shot.ok) {
-        a.status = kAudioHardwareNotRunningError;
-        return a;
-    }
+    if (!shot.ok)
+        return kAudioHardwareNotRunningError;
     const PulseAudioHardware::Device *device = nullptr;
     for (const PulseAudioHardware::Device &d : shot.devices)
         if (d.id == objectID)
             device = &d;
-    if (!device) {
-        a.status = kAudioHardwareBadObjectError;
-        return a;
-    }
+    if (!device)
+        return kAudioHardwareBadObjectError;
     switch (address.mSelector) {
     case kAudioObjectPropertyName:
-        a.string = device->name;
-        break;
+        out = device->name;
+        return noErr;
     case kAudioObjectPropertyManufacturer:
-        a.string = device->manufacturer;
-        break;
+        out = device->manufacturer;
+        return noErr;
     case kAudioDevicePropertyDeviceUID:
-        a.string = device->uid;
-        break;
+        out = device->uid;
+        return noErr;
     case kAudioDevicePropertyTransportType:
-        a.bytes = QByteArray(reinterpret_cast<const char *>(&device->transport), sizeof(UInt32));
-        break;
+        out = AudioTransportType{device->transport};
+        return noErr;
     case kAudioDevicePropertyStreamConfiguration: {
         const UInt32 channels = address.mScope == kAudioObjectPropertyScopeInput
                                     ? device->inputChannels
                                     : device->outputChannels;
         // One buffer with all the channels, or none.
-        const UInt32 buffers = channels > 0 ? 1 : 0;
-        a.bytes = QByteArray(
-            int(offsetof(AudioBufferList, mBuffers) + buffers * sizeof(AudioBuffer)), '\0');
-        auto *list = reinterpret_cast<AudioBufferList *>(a.bytes.data());
-        list->mNumberBuffers = buffers;
-        if (buffers)
-            list->mBuffers[0] = AudioBuffer{channels, 0, nullptr};
-        break;
+        out = AudioStreamChannels{channels > 0 ? QList<UInt32>{channels} : QList<UInt32>{}};
+        return noErr;
     }
     default:
-        a.status = kAudioHardwareUnknownPropertyError;
+        return kAudioHardwareUnknownPropertyError;
     }
-    return a;
+}
+
+UInt32 elementCount(const AudioPropertyValue &value)
+{
+    if (const auto *ids = std::get_if<AudioObjectIDs>(&value))
+        return UInt32(ids->size());
+    if (const auto *streams = std::get_if<AudioStreamChannels>(&value))
+        return UInt32(streams->perBuffer.size());
+    return 1;
 }
 
 } // namespace
 
-OSStatus
-PulseAudioHardware::AudioObjectGetPropertyDataSize(AudioObjectID objectID,
-                                                   const AudioObjectPropertyAddress *address,
-                                                   UInt32, const void *, UInt32 *outDataSize)
+OSStatus PulseAudioHardware::AudioObjectGetPropertyDataSize(
+    AudioObjectID objectID, const AudioObjectPropertyAddress &address, UInt32 &outElementCount)
 {
-    const Answer a = answerFor(snapshot(), objectID, *address);
-    if (a.status != noErr)
-        return a.status;
-    *outDataSize = a.string ? UInt32(sizeof(CFStringRef)) : UInt32(a.bytes.size());
-    return noErr;
+    std::lock_guard lock(cacheMutex_);
+    AudioPropertyValue value;
+    const OSStatus status =
+        answerFor(currentLocked(syncFor(objectID, address)), objectID, address, value);
+    if (status == noErr)
+        outElementCount = elementCount(value);
+    // The list read that follows belongs to the same enumeration: this sync serves it too.
+    if (objectID == kAudioObjectSystemObject && address.mSelector == kAudioHardwarePropertyDevices)
+        countedList_ = {std::this_thread::get_id(), std::chrono::steady_clock::now()};
+    return status;
 }
 
 OSStatus PulseAudioHardware::AudioObjectGetPropertyData(AudioObjectID objectID,
-                                                        const AudioObjectPropertyAddress *address,
-                                                        UInt32, const void *, UInt32 *ioDataSize,
-                                                        void *outData)
+                                                        const AudioObjectPropertyAddress &address,
+                                                        AudioPropertyValue &out)
 {
-    const Answer a = answerFor(snapshot(), objectID, *address);
-    if (a.status != noErr)
-        return a.status;
-    if (a.string) {
-        if (*ioDataSize < sizeof(CFStringRef))
-            return kAudioHardwareBadPropertySizeError;
-        CFStringRef string = new QString(*a.string);
-        std::memcpy(outData, &string, sizeof string);
-        *ioDataSize = sizeof string;
-        return noErr;
-    }
-    UInt32 size = UInt32(a.bytes.size());
-    if (address->mSelector == kAudioHardwarePropertyDevices && objectID == kAudioObjectSystemObject)
-        size = std::min(size, *ioDataSize / UInt32(sizeof(AudioObjectID)) *
-                                  UInt32(sizeof(AudioObjectID)));
-    else if (*ioDataSize < size)
-        return kAudioHardwareBadPropertySizeError;
-    std::memcpy(outData, a.bytes.constData(), size);
-    *ioDataSize = size;
-    return noErr;
+    std::lock_guard lock(cacheMutex_);
+    return answerFor(currentLocked(syncFor(objectID, address)), objectID, address, out);
+}
+
+PulseAudioHardware::Sync PulseAudioHardware::syncFor(AudioObjectID objectID,
+                                                     const AudioObjectPropertyAddress &address)
+{
+    if (objectID != kAudioObjectSystemObject)
+        return Sync::WhenOld;
+    const CountedList counted = std::exchange(countedList_, CountedList{});
+    const bool followsItsCount = address.mSelector == kAudioHardwarePropertyDevices &&
+                                 counted.thread == std::this_thread::get_id() &&
+                                 std::chrono::steady_clock::now() - counted.at < kTrustEvents;
+    return followsItsCount ? Sync::WhenOld : Sync::Always;
 }
 
 OSStatus PulseAudioHardware::AudioObjectSetPropertyData(AudioObjectID objectID,
-                                                        const AudioObjectPropertyAddress *address,
-                                                        UInt32, const void *, UInt32 dataSize,
-                                                        const void *data)
+                                                        const AudioObjectPropertyAddress &address,
+                                                        const AudioPropertyValue &value)
 {
-    if (objectID != kAudioObjectSystemObject || dataSize < sizeof(AudioObjectID))
+    const auto *id = std::get_if<AudioObjectID>(&value);
+    if (objectID != kAudioObjectSystemObject || !id)
         return kAudioHardwareBadObjectError;
-    AudioObjectID id = 0;
-    std::memcpy(&id, data, sizeof id);
     const Snapshot shot = snapshot();
     if (!shot.ok)
         return kAudioHardwareNotRunningError;
     for (const Device &d : shot.devices) {
-        if (d.id != id)
+        if (d.id != *id)
             continue;
-        const bool input = address->mSelector == kAudioHardwarePropertyDefaultInputDevice;
-        const bool output = address->mSelector == kAudioHardwarePropertyDefaultOutputDevice;
+        const bool input = address.mSelector == kAudioHardwarePropertyDefaultInputDevice;
+        const bool output = address.mSelector == kAudioHardwarePropertyDefaultOutputDevice;
         const QByteArray name = (input ? d.source : d.sink).toUtf8();
         if ((!input && !output) || name.isEmpty())
             return kAudioHardwareUnknownPropertyError;
@@ -348,10 +419,11 @@ OSStatus PulseAudioHardware::AudioObjectSetPropertyData(AudioObjectID objectID,
             pair->first->signal();
         };
         std::pair<pulse::PulseConnection *, bool *> state{&connection_, &ok};
-        connection_.wait([&] {
+        wait([&] {
             return input ? pa_context_set_default_source(c, name.constData(), done, &state)
                          : pa_context_set_default_sink(c, name.constData(), done, &state);
         });
+        changes_.fetch_add(1);
         return ok ? noErr : kAudioHardwareUnspecifiedError;
     }
     return kAudioHardwareBadObjectError;
@@ -362,7 +434,7 @@ uint32_t PulseAudioHardware::loadModule(const char *name, const QString &argumen
     uint32_t index = PA_INVALID_INDEX;
     std::pair<pulse::PulseConnection *, uint32_t *> state{&connection_, &index};
     const QByteArray args = arguments.toUtf8();
-    connection_.wait([&] {
+    wait([&] {
         return pa_context_load_module(
             connection_.context(), name, args.constData(),
             [](pa_context *, uint32_t idx, void *self) {
@@ -372,6 +444,7 @@ uint32_t PulseAudioHardware::loadModule(const char *name, const QString &argumen
             },
             &state);
     });
+    changes_.fetch_add(1);
     if (index == PA_INVALID_INDEX)
         capstan::NSLog(lcAudio, "the sound server refused %s %s", name, args.constData());
     return index;
@@ -381,7 +454,7 @@ bool PulseAudioHardware::unloadModule(uint32_t index)
 {
     bool ok = false;
     std::pair<pulse::PulseConnection *, bool *> state{&connection_, &ok};
-    connection_.wait([&] {
+    wait([&] {
         return pa_context_unload_module(
             connection_.context(), index,
             [](pa_context *, int success, void *self) {
@@ -391,6 +464,7 @@ bool PulseAudioHardware::unloadModule(uint32_t index)
             },
             &state);
     });
+    changes_.fetch_add(1);
     return ok;
 }
 
@@ -411,30 +485,39 @@ OSStatus PulseAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMa
     }
     if (uid.isEmpty() || parts.size() < 2)
         return kAudioHardwareBadObjectError;
-    const QString properties =
-        QStringLiteral("device.description=\"%1\"").arg(QString(name).replace('"', '\''));
-    if (description.contains(QStringLiteral("stacked"))) {
+    // The name is the user's to see and may hold any character.
+    const bool stacked = description.contains(QStringLiteral("stacked"));
+    // The description, and the mark that makes it ours: one quoted list, so the mark goes
+    // inside the closing quote.
+    QString properties = pulse::propertyArgument(QStringLiteral(PA_PROP_DEVICE_DESCRIPTION), name);
+    properties.insert(
+        properties.size() - 1,
+        QStringLiteral(" %1=%2").arg(QLatin1String(kAggregateProperty),
+                                     stacked ? kPlayingAggregate : kRecordingAggregate));
+    const QString sinkName = pulse::argumentValue(uid);
+    if (stacked) {
         // Plays to all its parts at once, the first one the clock master.
         QStringList slaves;
         for (const Device *d : parts)
             slaves << d->sink;
         if (slaves.contains(QString()) ||
             loadModule("module-combine-sink",
-                       QStringLiteral("sink_name=%1 slaves=%2 sink_properties='%3'")
-                           .arg(uid, slaves.join(','), properties)) == PA_INVALID_INDEX)
+                       QStringLiteral("sink_name=%1 slaves=%2 sink_properties=%3")
+                           .arg(sinkName, pulse::argumentValue(slaves.join(',')), properties)) ==
+                PA_INVALID_INDEX)
             return kAudioHardwareUnspecifiedError;
     } else {
         // Records all its parts: a null sink that loopbacks feed, its monitor the input.
-        if (loadModule("module-null-sink",
-                       QStringLiteral("sink_name=%1 sink_properties='%2'").arg(uid, properties)) ==
-            PA_INVALID_INDEX)
+        if (loadModule("module-null-sink", QStringLiteral("sink_name=%1 sink_properties=%2")
+                                               .arg(sinkName, properties)) == PA_INVALID_INDEX)
             return kAudioHardwareUnspecifiedError;
         for (const Device *d : parts) {
             if (d->source.isEmpty() ||
                 loadModule("module-loopback",
                            QStringLiteral("source=%1 sink=%2 latency_msec=20 source_dont_move=true "
                                           "sink_dont_move=true")
-                               .arg(d->source, uid)) == PA_INVALID_INDEX) {
+                               .arg(pulse::argumentValue(d->source), sinkName)) ==
+                    PA_INVALID_INDEX) {
                 AudioObjectID made = kAudioObjectUnknown;
                 for (const Device &n : snapshot().devices)
                     if (n.uid == uid)
@@ -488,10 +571,10 @@ OSStatus PulseAudioHardware::AudioHardwareDestroyAggregateDevice(AudioObjectID d
         // aggregate a crashed run left behind.
         ModuleList modules;
         modules.connection = &connection_;
-        connection_.wait([&] {
+        wait([&] {
             return pa_context_get_module_info_list(connection_.context(), onModule, &modules);
         });
-        const QString feeds = QStringLiteral("sink=") + d.uid;
+        const QString feeds = QStringLiteral("sink=") + pulse::argumentValue(d.uid);
         for (const auto &[index, argument] : modules.loopbacks)
             if (argument.split(' ').contains(feeds))
                 unloadModule(index);

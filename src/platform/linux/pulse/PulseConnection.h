@@ -1,6 +1,8 @@
 #pragma once
 // A connection to the sound server on a threaded main loop of its own, with blocking
 // helpers for the requests the adapters make. Every helper takes the loop's lock itself.
+#include "PulseHandles.h"
+
 #include <QString>
 #include <functional>
 #include <initializer_list>
@@ -17,8 +19,9 @@ public:
     PulseConnection &operator=(const PulseConnection &) = delete;
 
     bool isReady() const;
-    pa_threaded_mainloop *loop() const { return loop_; }
-    pa_context *context() const { return context_; }
+    // Null only when the library could not make them (out of memory); isReady() is false then.
+    pa_threaded_mainloop *loop() const { return loop_.get(); }
+    pa_context *context() const { return context_.get(); }
 
     // Runs start (under the lock) and waits until the operation it returns is done.
     // False when there is no connection or the request could not be made.
@@ -27,13 +30,14 @@ public:
     // False when there is no connection or any request could not be made.
     bool waitAll(std::initializer_list<std::function<pa_operation *()>> starts);
     // Wakes wait() from a callback.
-    void signal() { pa_threaded_mainloop_signal(loop_, 0); }
+    void signal() { pa_threaded_mainloop_signal(loop_.get(), 0); }
 
 private:
     static void stateChanged(pa_context *context, void *self);
 
-    pa_threaded_mainloop *loop_ = nullptr;
-    pa_context *context_ = nullptr;
+    // The context goes before the loop it runs on.
+    LoopHandle loop_;
+    ContextHandle context_;
 };
 
 // Holds the loop's lock for a scope.
