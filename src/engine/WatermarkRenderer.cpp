@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace WatermarkRenderer {
@@ -12,7 +13,10 @@ QFont fontFor(const TextWatermarkStyle &style)
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     if (!style.fontName.isEmpty())
         font.setFamily(style.fontName);
-    font.setPointSizeF(style.pointSize > 0 ? style.pointSize : 20.0);
+    // The chosen size is pixels of the frame, a point per pixel as at 72 dpi. A point size
+    // would be scaled by the screen's resolution: a third larger at 96 dpi.
+    const double size = style.pointSize > 0 ? style.pointSize : 20.0;
+    font.setPixelSize(int(std::lround(std::clamp(size, 1.0, 4096.0))));
     return font;
 }
 
@@ -42,7 +46,7 @@ QImage imageWithText(const QString &text, const TextWatermarkStyle &style)
     colour.setAlphaF(style.alpha);
     painter.setPen(colour);
     painter.setFont(fontFor(style));
-    // 40 points of slack keep the last word from wrapping inside the measured width.
+    // 40 pixels of slack keep the last word from wrapping inside the measured width.
     painter.drawText(QRectF(0, 0, size.width() + 40.0, size.height()),
                      Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, text);
     return image;

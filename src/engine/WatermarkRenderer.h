@@ -9,7 +9,8 @@
 
 namespace WatermarkRenderer {
 
-// The font of the style; the system font when the name is empty or unknown.
+// The font of the style; the system font when the name is empty or unknown. Its size is
+// the style's point size taken as pixels (rounded), whatever the screen's resolution.
 QFont fontFor(const TextWatermarkStyle &style);
 // The size a text needs, broken into lines at the limit's width; 0 by 0 for a null text.
 QSizeF measure(const QString &text, const TextWatermarkStyle &style, const QSizeF &limit);
