@@ -66,9 +66,17 @@ TNRecordManager::LivePass::~LivePass()
 void TNRecordManager::captureOutput(CaptureOutput output, const PixelBufferRef &frame)
 {
     if (output == CaptureOutput::Screen && recordVideoType() != VideoTypeAudioOnly) {
-        // Now is read at the gate, before composing, so the work does not delay the time.
-        if (const LivePass pass = passLive(true)) {
-            screenRule(frame, pass.seconds());
+        bool pushed = false;
+        {
+            // Now is read at the gate, before composing, so the work does not delay the time.
+            if (const LivePass pass = passLive(true)) {
+                screenRule(frame, pass.seconds());
+                pushed = true;
+            }
+        }
+        // Reported once the pass is given back: the receiver may stop the recording.
+        if (pushed) {
+            reportDuration();
             return;
         }
     }
@@ -85,16 +93,18 @@ void TNRecordManager::captureOutput(CaptureOutput output, const PixelBufferRef &
 
 void TNRecordManager::captureOutput(const AudioSampleBuffer &sampleBuffer)
 {
-    const LivePass pass = recordAudioType() != AudioTypeNone ? passLive(false) : LivePass();
-    if (!pass) {
-        // Idle or paused: the meter keeps moving.
+    {
+        const LivePass pass = recordAudioType() != AudioTypeNone ? passLive(false) : LivePass();
+        if (!pass) {
+            // Idle or paused: the meter keeps moving.
+            audioVolum(sampleBuffer);
+            return;
+        }
+        QDLog::showMessage(QString::asprintf("%s %d 采集音频数据", __func__, __LINE__));
         audioVolum(sampleBuffer);
-        return;
+        QDLog::showMessage(QString::asprintf("%s %d 开始编码音频数据", __func__, __LINE__));
+        encodeManager().encoderPushAudio(sampleBuffer);
     }
-    QDLog::showMessage(QString::asprintf("%s %d 采集音频数据", __func__, __LINE__));
-    audioVolum(sampleBuffer);
-    QDLog::showMessage(QString::asprintf("%s %d 开始编码音频数据", __func__, __LINE__));
-    encodeManager().encoderPushAudio(sampleBuffer);
     reportDuration();
 }
 
@@ -141,7 +151,6 @@ void TNRecordManager::screenRule(const PixelBufferRef &frame, double seconds)
     // A frame that could not be made is dropped here.
     if (buffer)
         pushFrame(buffer, seconds);
-    reportDuration();
 }
 
 void TNRecordManager::cameraRule(const PixelBufferRef &frame)
@@ -164,8 +173,11 @@ void TNRecordManager::cameraRule(const PixelBufferRef &frame)
     // A camera that is on during a screen recording is only shown, never pushed.
     if (!cameraRecording)
         return;
-    if (const LivePass pass = passLive(true)) {
+    {
+        const LivePass pass = passLive(true);
+        if (!pass)
+            return;
         pushFrame(mirrored, pass.seconds());
-        reportDuration();
     }
+    reportDuration();
 }

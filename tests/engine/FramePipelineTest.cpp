@@ -2,6 +2,7 @@
 // the encoder library: which samples are pushed, with which timestamps, and when.
 #include "FakePlatform.h"
 #include "FakeSessionHost.h"
+#include "LogCapture.h"
 #include "RecordingMediaEncoder.h"
 #include "TNRecordManager.h"
 
@@ -105,6 +106,28 @@ TEST_F(FramePipelineTest, FramesArePushedOnTheCaptureThreadAndCountForNothingAft
     deliverScreenFrameAt(1005.0);
     EXPECT_EQ(manager->startDate(), 1005.0);
     EXPECT_EQ(pushedVideo().size(), 1);
+}
+
+// The running time is reported on the capture thread; its receiver may stop the
+// recording there and then (a time or size rule), which must not wait on that frame.
+TEST_F(FramePipelineTest, TheRunningTimeMayStopTheRecordingFromTheCaptureThread)
+{
+    struct Stopper : TNRecordAudioManagerDelegate {
+        TNRecordManager *manager = nullptr;
+        void recordScreenTimeDuration(int32_t) override
+        {
+            if (manager->status() != RecordStatusIdle)
+                manager->stopRecording();
+        }
+    } stopper;
+    stopper.manager = manager.get();
+    manager->setDelegate(&stopper);
+    manager->startRecording();
+    LogCapture log;
+    deliverScreenFrameAt(1000.0);
+    EXPECT_EQ(manager->status(), RecordStatusIdle);
+    EXPECT_EQ(RME::callsNamed("apiEncoderClose").size(), 1u);
+    EXPECT_TRUE(log.lines().filter("still on their way").isEmpty());
 }
 
 TEST_F(FramePipelineTest, SoundOnlyWithoutSoundPushesNothing)
