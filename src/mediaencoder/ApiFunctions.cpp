@@ -11,6 +11,7 @@ extern "C" {
 #include <map>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 
 using mediaencoder::EncoderSession;
 using mediaencoder::logLine;
@@ -43,7 +44,13 @@ auto withSession(EncoderHandle handle, const char *operation, Call call)
     const std::shared_ptr<EncoderSession> session = sessionOf(handle, operation);
     if (!session)
         return -1;
-    return call(*session);
+    // No exception crosses the C boundary: a copy that finds no memory is a failed call.
+    try {
+        return call(*session);
+    } catch (const std::exception &error) {
+        logLine("%s: %s", operation, error.what());
+        return -1;
+    }
 }
 
 } // namespace
@@ -55,11 +62,16 @@ EncoderHandle apiEncoderCreate(void)
     // FFmpeg's own chatter (the encoder's statistics) stays out of the program's log.
     static std::once_flag quiet;
     std::call_once(quiet, [] { av_log_set_level(AV_LOG_ERROR); });
-    auto session = std::make_shared<EncoderSession>();
-    EncoderHandle handle = session.get();
-    std::lock_guard lock(registryMutex);
-    registry().emplace(handle, std::move(session));
-    return handle;
+    try {
+        auto session = std::make_shared<EncoderSession>();
+        EncoderHandle handle = session.get();
+        std::lock_guard lock(registryMutex);
+        registry().emplace(handle, std::move(session));
+        return handle;
+    } catch (const std::exception &error) {
+        logLine("apiEncoderCreate: %s", error.what());
+        return nullptr;
+    }
 }
 
 int apiEncoderSetOutputPath(EncoderHandle handle, const char *path)

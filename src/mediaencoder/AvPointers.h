@@ -28,12 +28,32 @@ struct ResamplerDeleter {
 struct FifoDeleter {
     void operator()(AVAudioFifo *f) const { av_audio_fifo_free(f); }
 };
+// An output context with its file: the file (if open) is closed, then the context freed.
+struct FormatContextDeleter {
+    void operator()(AVFormatContext *c) const
+    {
+        if (c->pb && !(c->oformat->flags & AVFMT_NOFILE))
+            avio_closep(&c->pb);
+        avformat_free_context(c);
+    }
+};
+// The planes of av_samples_alloc_array_and_samples: one buffer, and the array pointing
+// into it.
+struct SampleArrayDeleter {
+    void operator()(uint8_t **planes) const
+    {
+        av_freep(&planes[0]);
+        av_freep(&planes);
+    }
+};
 
 using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
 using PacketPtr = std::unique_ptr<AVPacket, PacketDeleter>;
 using CodecContextPtr = std::unique_ptr<AVCodecContext, CodecContextDeleter>;
 using ResamplerPtr = std::unique_ptr<SwrContext, ResamplerDeleter>;
 using FifoPtr = std::unique_ptr<AVAudioFifo, FifoDeleter>;
+using FormatContextPtr = std::unique_ptr<AVFormatContext, FormatContextDeleter>;
+using SampleArrayPtr = std::unique_ptr<uint8_t *, SampleArrayDeleter>;
 
 inline FramePtr makeFrame()
 {
@@ -43,6 +63,15 @@ inline FramePtr makeFrame()
 inline PacketPtr makePacket()
 {
     return PacketPtr(av_packet_alloc());
+}
+
+// Room for count samples per channel; null when the allocation fails.
+inline SampleArrayPtr makeSampleArray(int channels, int count, AVSampleFormat format)
+{
+    uint8_t **planes = nullptr;
+    if (av_samples_alloc_array_and_samples(&planes, nullptr, channels, count, format, 0) < 0)
+        return nullptr;
+    return SampleArrayPtr(planes);
 }
 
 // Receives the encoded packets; negative to stop with that error.

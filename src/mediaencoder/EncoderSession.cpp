@@ -1,5 +1,6 @@
 #include "EncoderSession.h"
 
+#include "ArrivalClock.h"
 #include "EncoderLog.h"
 
 #include <chrono>
@@ -7,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 namespace mediaencoder {
 
@@ -190,6 +192,10 @@ int EncoderSession::encode()
                 path_.c_str());
         return kFailure;
     }
+    if (!pendingVideo_) {
+        logLine("apiEncoderEncode: no memory for the recording to %s", path_.c_str());
+        return kFailure;
+    }
     if (wantsVideo) {
         VideoSettings settings;
         settings.width = evenAtLeastTwo(outputWidth_ > 0 ? outputWidth_ : width_);
@@ -214,11 +220,19 @@ int EncoderSession::encode()
         settings.globalHeader = globalHeader;
         if (!audio_.open(settings))
             return kFailure;
+        soundClock_.emplace(settings.sourceRate);
     }
     if (!file_.open(splitFileName(path_, 1), choice_, video_.context(), audio_.context()))
         return kFailure;
+    try {
+        worker_ = std::thread([this] { run(); });
+    } catch (const std::system_error &error) {
+        logLine("apiEncoderEncode: no thread for the recording to %s: %s", path_.c_str(),
+                error.what());
+        file_.close();
+        return kFailure;
+    }
     state_ = State::Running;
-    worker_ = std::thread([this] { run(); });
     return 0;
 }
 
@@ -262,7 +276,10 @@ int EncoderSession::pushAudio(const AudioFrame *frame)
             return kFailure;
         }
     }
-    Item item{Item::Kind::Audio, nullptr, 0, {}};
+    // The server has just handed the buffer over: its arrival, less a latency that stays
+    // the same, is the wall time of its end.
+    const double arrival = arrivalSeconds();
+    Item item{Item::Kind::Audio, nullptr, 0, {}, arrival};
     item.samples.assign(frame->buffer, frame->buffer + frame->size);
     return enqueue(std::move(item));
 }
@@ -270,6 +287,9 @@ int EncoderSession::pushAudio(const AudioFrame *frame)
 int EncoderSession::enqueue(Item item)
 {
     std::unique_lock lock(mutex_);
+    // The worker may have stopped on a failure since the caller looked.
+    if (state_ != State::Running)
+        return kFailure;
     if (item.kind == Item::Kind::Video) {
         // Strictly increasing times: a frame at or before the last one is left out.
         const int64_t ticks = video_.ticksFor(item.ms);
@@ -287,10 +307,14 @@ int EncoderSession::enqueue(Item item)
                         static_cast<long long>(droppedFrames_.load()));
             return kFailure;
         }
-        lastPushedTicks_ = ticks;
+    }
+    const bool isVideo = item.kind == Item::Kind::Video;
+    const int64_t ms = item.ms;
+    queue_.push_back(std::move(item));
+    if (isVideo) {
+        lastPushedTicks_ = video_.ticksFor(ms);
         ++queuedFrames_;
     }
-    queue_.push_back(std::move(item));
     queueChanged_.notify_all();
     return 0;
 }
@@ -395,8 +419,10 @@ void EncoderSession::run()
     const auto size = std::filesystem::file_size(file_.path(), error);
     bytesWritten_ = closedFilesBytes_ + (error ? 0 : int64_t(size));
     std::lock_guard lock(mutex_);
-    if (result < 0 || !closed)
+    if (result < 0 || !closed) {
+        logLine("the recording to %s did not finish cleanly", path_.c_str());
         state_ = State::Failed;
+    }
     done_ = true;
 }
 
@@ -422,11 +448,29 @@ int EncoderSession::handle(Item &item)
         return video_.encode(item.frame.get(), ticks, key,
                              [this](AVPacket *p) { return writeVideoPacket(p); });
     }
+    followSoundClock(item);
     const int result = catchUpSound(audio_.msOf(int(item.samples.size())));
     if (result < 0)
         return result;
     return audio_.push(item.samples.data(), int(item.samples.size()),
                        [this](AVPacket *p) { return writeAudioPacket(p); });
+}
+
+void EncoderSession::followSoundClock(const Item &item)
+{
+    const int64_t frames = audio_.framesOf(int(item.samples.size()));
+    soundClock_->arrive(item.arrival, frames);
+    const double ppm = soundClock_->correctionFor(frames);
+    audio_.setCorrection(clockCorrectionEnabled() ? ppm : 0);
+}
+
+void EncoderSession::logSoundClock()
+{
+    if (!soundClock_)
+        return;
+    if (const std::optional<double> drift = soundClock_->driftPpm())
+        logLine("sound clock %+.0f ppm against the wall clock%s", *drift,
+                clockCorrectionEnabled() ? ", corrected by resampling" : ", left uncorrected");
 }
 
 int EncoderSession::catchUpSound(int64_t arrivingMs)
@@ -455,6 +499,8 @@ int EncoderSession::finishStreams()
             result = writePendingVideo();
         }
     }
+    if (hasAudio())
+        logSoundClock();
     if (hasAudio() && result >= 0)
         result = catchUpSound(0);
     if (hasAudio() && result >= 0)
@@ -476,8 +522,11 @@ int EncoderSession::writeVideoPacket(AVPacket *packet)
         if (!startNextFile())
             return kFailure;
     }
-    av_packet_ref(pendingVideo_.get(), packet);
-    return 0;
+    const int result = av_packet_ref(pendingVideo_.get(), packet);
+    if (result < 0)
+        logLine("cannot keep a picture for %s: %s", file_.path().c_str(),
+                errorText(result).c_str());
+    return result;
 }
 
 int EncoderSession::writePendingVideo()

@@ -15,11 +15,14 @@
 // Sound is timed by its sample count, pictures by their timestamps. Sound that starts
 // late (a route just built) or stops for a while (its device went away) would run early
 // from then on; so sound that lags the pictures by more than kMaxSoundLagMs is caught up
-// with silence first.
+// with silence first. Between gaps, the sound device's clock may run a little fast or slow
+// against the wall clock the pictures are timed by: SoundClock measures that from the
+// arrival of the sound and the resampler corrects it.
 #include "AudioStream.h"
 #include "ContainerChoice.h"
 #include "MediaEncoder.h"
 #include "OutputFile.h"
+#include "SoundClock.h"
 #include "VideoStream.h"
 
 #include <atomic>
@@ -76,6 +79,7 @@ private:
         FramePtr frame;
         int64_t ms = 0;
         std::vector<uint8_t> samples;
+        double arrival = 0; // sound: steady-clock seconds at the push
     };
 
     bool hasVideo() const { return video_.context() != nullptr; }
@@ -94,6 +98,9 @@ private:
     // Silence up to the pictures' time, when the sound (with arrivingMs more of it on the
     // way) lags them too far.
     int catchUpSound(int64_t arrivingMs);
+    // Notes the sound's arrival and sets the correction for it.
+    void followSoundClock(const Item &item);
+    void logSoundClock();
 
     mutable std::mutex mutex_; // settings, state, queue
     std::condition_variable queueChanged_;
@@ -118,6 +125,7 @@ private:
     ContainerChoice choice_;
     VideoStream video_;
     AudioStream audio_;
+    std::optional<SoundClock> soundClock_;
     OutputFile file_;
     int fileIndex_ = 1;
     PacketPtr pendingVideo_ = makePacket();

@@ -41,7 +41,7 @@ private:
     int write(Stream &stream, AVPacket *packet);
     static int64_t ticksInFile(const Stream &stream, const AVPacket *packet);
 
-    AVFormatContext *context_ = nullptr;
+    FormatContextPtr context_;
     bool headerWritten_ = false;
     Stream video_;
     Stream audio_;

@@ -15,43 +15,59 @@ namespace mediaencoder {
 FramePtr VideoStream::convert(const VIDEO_PACKET &packet, int width, int height)
 {
     if (packet.format != MEDIAENCODER_PIXEL_FORMAT_BGRA || !packet.data || packet.width <= 0 ||
-        packet.height <= 0 || packet.bytesPerRow < packet.width * 4 ||
+        packet.height <= 0 || int64_t(packet.bytesPerRow) < int64_t(packet.width) * 4 ||
         int64_t(packet.bytesPerRow) * packet.height > int64_t(packet.dataSize))
         return nullptr;
     FramePtr frame = makeFrame();
-    if (!frame)
+    if (!frame) {
+        logLine("no memory for a picture");
         return nullptr;
+    }
     frame->format = AV_PIX_FMT_YUV420P;
     frame->width = width;
     frame->height = height;
-    if (av_frame_get_buffer(frame.get(), 0) < 0)
+    if (const int result = av_frame_get_buffer(frame.get(), 0); result < 0) {
+        logLine("no memory for a picture of %d x %d: %s", width, height, errorText(result).c_str());
         return nullptr;
+    }
 
     const uint8_t *pixels = packet.data;
     int stride = packet.bytesPerRow;
     std::vector<uint8_t> scaled;
     if (packet.width != width || packet.height != height) {
         scaled.resize(size_t(width) * height * 4);
-        libyuv::ARGBScale(pixels, stride, packet.width, packet.height, scaled.data(), width * 4,
-                          width, height, libyuv::kFilterBilinear);
+        if (libyuv::ARGBScale(pixels, stride, packet.width, packet.height, scaled.data(), width * 4,
+                              width, height, libyuv::kFilterBilinear) != 0)
+            return nullptr;
         pixels = scaled.data();
         stride = width * 4;
     }
     // libyuv's ARGB is B, G, R, A in memory: the BGRA of the packets.
-    libyuv::ARGBToI420(pixels, stride, frame->data[0], frame->linesize[0], frame->data[1],
-                       frame->linesize[1], frame->data[2], frame->linesize[2], width, height);
+    if (libyuv::ARGBToI420(pixels, stride, frame->data[0], frame->linesize[0], frame->data[1],
+                           frame->linesize[1], frame->data[2], frame->linesize[2], width,
+                           height) != 0)
+        return nullptr;
     return frame;
 }
 
 bool VideoStream::open(const VideoSettings &settings)
 {
+    context_.reset();
     const AVCodec *codec = avcodec_find_encoder_by_name("libx264");
     if (!codec) {
         logLine("libx264 is not available");
         return false;
     }
-    context_.reset(avcodec_alloc_context3(codec));
-    AVCodecContext *c = context_.get();
+    if (!packet_) {
+        logLine("no memory for the H.264 encoder's packets");
+        return false;
+    }
+    CodecContextPtr context(avcodec_alloc_context3(codec));
+    if (!context) {
+        logLine("no memory for the H.264 encoder");
+        return false;
+    }
+    AVCodecContext *c = context.get();
     c->width = settings.width;
     c->height = settings.height;
     c->pix_fmt = AV_PIX_FMT_YUV420P;
@@ -70,16 +86,20 @@ bool VideoStream::open(const VideoSettings &settings)
     }
     if (settings.globalHeader)
         c->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    av_opt_set(c->priv_data, "preset", settings.preset.c_str(), 0);
-    av_opt_set(c->priv_data, "crf", "23", 0);
+    int result = av_opt_set(c->priv_data, "preset", settings.preset.c_str(), 0);
+    if (result >= 0)
+        result = av_opt_set(c->priv_data, "crf", "23", 0);
     // A forced key frame starts a file after a split: it must be an IDR picture.
-    av_opt_set(c->priv_data, "forced-idr", "1", 0);
-    const int result = avcodec_open2(c, codec, nullptr);
+    if (result >= 0)
+        result = av_opt_set(c->priv_data, "forced-idr", "1", 0);
+    if (result >= 0)
+        result = avcodec_open2(c, codec, nullptr);
     if (result < 0) {
-        logLine("cannot open the H.264 encoder: %s", errorText(result).c_str());
-        context_.reset();
+        logLine("cannot open the H.264 encoder at %d x %d: %s", settings.width, settings.height,
+                errorText(result).c_str());
         return false;
     }
+    context_ = std::move(context);
     return true;
 }
 

@@ -2,6 +2,7 @@
 #include "MediaProbe.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -16,7 +17,17 @@ TEST(CrashSafety, KilledRecordingPlaysToItsLastFragment)
     QProcess child;
     child.start(RECORD_UNTIL_KILLED, {path});
     ASSERT_TRUE(child.waitForStarted());
-    QThread::sleep(3);
+    // Three seconds pushed, and a little for the encoder to catch up: the fragments of
+    // the first two are on disk, however slowly the child started.
+    QByteArray said;
+    QElapsedTimer waited;
+    waited.start();
+    while (!said.split('\n').contains("3") && waited.elapsed() < 30000) {
+        child.waitForReadyRead(1000);
+        said += child.readAllStandardOutput();
+    }
+    ASSERT_TRUE(said.split('\n').contains("3")) << said.constData();
+    QThread::msleep(500);
     ::kill(pid_t(child.processId()), SIGKILL);
     child.waitForFinished();
     ASSERT_EQ(child.exitStatus(), QProcess::CrashExit);

@@ -3,6 +3,7 @@
 #include "SyntheticMedia.h"
 
 #include <chrono>
+#include <cstdio>
 #include <thread>
 
 int main(int argc, char **argv)
@@ -25,5 +26,11 @@ int main(int argc, char **argv)
         std::vector<int32_t> s = synthetic::tone(440, 44100, 2, int64_t(f) * 1764, 1764);
         AudioFrame frame{reinterpret_cast<uint8_t *>(s.data()), int32_t(s.size() * 4)};
         apiEncoderPushAudio(h, &frame);
+        // Each second pushed is told, so the killer need not guess how far a busy
+        // machine got.
+        if ((f + 1) % 25 == 0) {
+            std::printf("%d\n", (f + 1) / 25);
+            std::fflush(stdout);
+        }
     }
 }
