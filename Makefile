@@ -1,7 +1,7 @@
 # The two commands of a fresh Debian 12 machine:
 #   make run    install what is needed, build, and run Capstan
 #   make test   install what is needed, build, and run every test
-.PHONY: deps build run test bench format clean
+.PHONY: deps build run test bench soak format clean
 
 deps:
 	scripts/install-deps
@@ -24,6 +24,12 @@ bench: build
 	  ./build/bench/record_screen/bench_record_screen && \
 	  ./build/bench/device_watch/bench_device_watch; \
 	  DESK_STATE=/tmp/capstan-bench scripts/test-desktop stop
+
+# Half an hour of screen and sound (SOAK_MINUTES to change it) on a desktop of its own.
+soak: build
+	eval "$$(DESK_SPLIT=0 DESK_STATE=/tmp/capstan-soak scripts/test-desktop start)" && \
+	  ./build/bench/soak/bench_soak; \
+	  DESK_STATE=/tmp/capstan-soak scripts/test-desktop stop
 
 format:
 	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i

@@ -2,89 +2,25 @@
 // together, and a click played at the moment a window flashes is heard where the flash
 // is seen, at the start as at the end.
 #include "AppDelegate.h"
+#include "ClickAndFlash.h"
 #include "LinuxPlatform.h"
 #include "MediaProbe.h"
 #include "SoundDeskTest.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QPainter>
-#include <QRasterWindow>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
-#include <cmath>
 #include <cstdio>
 
 namespace {
 
 constexpr int kFps = 25;
-constexpr int kRate = 44100;
 
-class FlashWindow : public QRasterWindow {
-public:
-    void setLit(bool lit)
-    {
-        lit_ = lit;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter(this).fillRect(0, 0, width(), height(), lit_ ? Qt::white : Qt::black);
-    }
-
-private:
-    bool lit_ = false;
-};
-
-// 80 ms of a loud 1 kHz tone, stereo s16le.
-QByteArray click()
-{
-    const int frames = kRate * 80 / 1000;
-    QByteArray bytes(frames * 4, '\0');
-    auto *out = reinterpret_cast<qint16 *>(bytes.data());
-    for (int i = 0; i < frames; ++i) {
-        const auto v = qint16(24000 * std::sin(2 * M_PI * 1000 * i / kRate));
-        out[2 * i] = out[2 * i + 1] = qToLittleEndian(v);
-    }
-    return bytes;
-}
-
-// Seconds at which the pictures turn bright after being dark.
-std::vector<double> flashes(const QString &path, int width, int height)
-{
-    const ProbedVideo video = MediaProbe::probeVideo(path);
-    const std::vector<QByteArray> frames = MediaProbe::greyFrames(path, width, height);
-    std::vector<double> onsets;
-    bool lit = false;
-    for (size_t i = 0; i < frames.size() && i < size_t(video.frameTimes.size()); ++i) {
-        const uchar centre = uchar(frames[i].at((height / 2) * width + width / 2));
-        if (!lit && centre > 160)
-            onsets.push_back(video.frameTimes[qsizetype(i)]);
-        lit = centre > 96;
-    }
-    return onsets;
-}
-
-// Seconds at which the sound turns loud after a quiet stretch.
-std::vector<double> clicks(const QString &path, int sampleRate)
-{
-    const std::vector<float> samples = MediaProbe::monoSamples(path);
-    std::vector<double> onsets;
-    size_t lastLoud = 0;
-    bool any = false;
-    for (size_t i = 0; i < samples.size(); ++i) {
-        if (std::fabs(samples[i]) < 0.2f)
-            continue;
-        if (!any || i - lastLoud > size_t(sampleRate) / 5)
-            onsets.push_back(double(i) / sampleRate);
-        lastLoud = i;
-        any = true;
-    }
-    return onsets;
-}
+using clickandflash::click;
+using clickandflash::clicks;
+using clickandflash::FlashWindow;
+using clickandflash::flashes;
 
 class AvSyncTest : public SoundDeskTest {
 protected:
