@@ -76,8 +76,9 @@ double flashSeenAfter(const QString &path, double from)
             .arg(from, 0, 'f', 3)
             .arg(kFlash.center().x() - 8)
             .arg(kFlash.center().y() - 8);
-    run("ffprobe", {"-v", "error", "-f", "lavfi", "-i", graph, "-show_entries",
-                    "frame=pts_time:frame_tags=lavfi.signalstats.YAVG", "-of", "csv=p=0"},
+    run("ffprobe",
+        {"-v", "error", "-f", "lavfi", "-i", graph, "-show_entries",
+         "frame=pts_time:frame_tags=lavfi.signalstats.YAVG", "-of", "csv=p=0"},
         &out);
     for (const QByteArray &line : out.split('\n')) {
         const QList<QByteArray> fields = line.split(',');
@@ -91,9 +92,9 @@ double flashSeenAfter(const QString &path, double from)
 double clickHeardAfter(const QString &path, double from)
 {
     QByteArray out;
-    run("ffmpeg", {"-v", "error", "-ss", QString::number(from, 'f', 3), "-t", "4", "-i", path,
-                   "-vn", "-ac", "1", "-ar", QString::number(clickandflash::kRate), "-f", "f32le",
-                   "-"},
+    run("ffmpeg",
+        {"-v", "error", "-ss", QString::number(from, 'f', 3), "-t", "4", "-i", path, "-vn", "-ac",
+         "1", "-ar", QString::number(clickandflash::kRate), "-f", "f32le", "-"},
         &out);
     std::vector<float> samples(size_t(out.size()) / sizeof(float));
     std::memcpy(samples.data(), out.constData(), samples.size() * sizeof(float));
@@ -164,8 +165,7 @@ TEST_F(Soak, ALongTakeKeepsItsMemoryFilesThreadsAndSync)
         QTest::qWait(int((minute + 1) * 60000 - clock.elapsed()));
         figures.push_back(readFigures());
         std::printf("minute %2d: %7.1f MB resident, %3d open files, %3d threads\n", minute + 1,
-                    figures.back().rssMegabytes, figures.back().openFiles,
-                    figures.back().threads);
+                    figures.back().rssMegabytes, figures.back().openFiles, figures.back().threads);
         std::fflush(stdout);
     }
     manager.stopRecording();

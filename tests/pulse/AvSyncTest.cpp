@@ -19,8 +19,8 @@ constexpr int kFps = 25;
 
 using clickandflash::click;
 using clickandflash::clicks;
-using clickandflash::FlashWindow;
 using clickandflash::flashes;
+using clickandflash::FlashWindow;
 
 class AvSyncTest : public SoundDeskTest {
 protected:
