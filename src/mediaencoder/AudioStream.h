@@ -35,6 +35,12 @@ public:
     void setCorrection(double ppm) { correctionPpm_ = ppm; }
     // Samples per channel in bytes of source sound.
     int64_t framesOf(int bytes) const { return bytes / frameBytes(); }
+    // Seconds of bytes of source sound, and the bytes of seconds (whole frames).
+    double secondsOf(int bytes) const { return double(framesOf(bytes)) / settings_.sourceRate; }
+    int64_t bytesOf(double seconds) const
+    {
+        return int64_t(seconds * settings_.sourceRate) * frameBytes();
+    }
     // Milliseconds of bytes of source sound.
     int64_t msOf(int bytes) const { return msOfFrames(bytes / frameBytes()); }
     // The rest, then the encoder's own delay.

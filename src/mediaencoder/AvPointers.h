@@ -4,6 +4,7 @@ extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/audio_fifo.h>
+#include <libavutil/buffer.h>
 #include <libavutil/frame.h>
 #include <libswresample/swresample.h>
 }
@@ -47,6 +48,11 @@ struct SampleArrayDeleter {
     }
 };
 
+// Buffers still out when the pool goes are freed as they come back.
+struct BufferPoolDeleter {
+    void operator()(AVBufferPool *p) const { av_buffer_pool_uninit(&p); }
+};
+
 using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
 using PacketPtr = std::unique_ptr<AVPacket, PacketDeleter>;
 using CodecContextPtr = std::unique_ptr<AVCodecContext, CodecContextDeleter>;
@@ -54,6 +60,7 @@ using ResamplerPtr = std::unique_ptr<SwrContext, ResamplerDeleter>;
 using FifoPtr = std::unique_ptr<AVAudioFifo, FifoDeleter>;
 using FormatContextPtr = std::unique_ptr<AVFormatContext, FormatContextDeleter>;
 using SampleArrayPtr = std::unique_ptr<uint8_t *, SampleArrayDeleter>;
+using BufferPoolPtr = std::unique_ptr<AVBufferPool, BufferPoolDeleter>;
 
 inline FramePtr makeFrame()
 {

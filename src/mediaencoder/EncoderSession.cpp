@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 
 namespace mediaencoder {
@@ -238,7 +239,10 @@ int EncoderSession::encode()
 
 int EncoderSession::pushVideo(const VIDEO_PACKET *packet, int64_t ms)
 {
+    // Before the conversion, which takes longer for the first picture.
+    const double arrival = arrivalSeconds();
     int width = 0, height = 0;
+    AVBufferPool *pool = nullptr; // lives as long as the session
     {
         std::lock_guard lock(mutex_);
         if (state_ != State::Running || videoEnded_ || !hasVideo()) {
@@ -247,6 +251,7 @@ int EncoderSession::pushVideo(const VIDEO_PACKET *packet, int64_t ms)
         }
         width = video_.context()->width;
         height = video_.context()->height;
+        pool = video_.picturePool();
     }
     if (!packet) {
         logLine("apiEncoderPushVideo: no packet");
@@ -254,12 +259,12 @@ int EncoderSession::pushVideo(const VIDEO_PACKET *packet, int64_t ms)
     }
     // Converted here, on the caller's thread: the copy is smaller and the caller's buffer
     // is free again when the push returns.
-    FramePtr frame = VideoStream::convert(*packet, width, height);
+    FramePtr frame = VideoStream::convert(*packet, width, height, pool);
     if (!frame) {
         logLine("apiEncoderPushVideo: the packet holds no BGRA picture");
         return kFailure;
     }
-    Item item{Item::Kind::Video, std::move(frame), ms, {}};
+    Item item{Item::Kind::Video, std::move(frame), ms, {}, arrival};
     return enqueue(std::move(item));
 }
 
@@ -445,15 +450,127 @@ int EncoderSession::handle(Item &item)
             splitTicks_ = ticks;
             fileStartMs_ = item.ms;
         }
-        return video_.encode(item.frame.get(), ticks, key,
-                             [this](AVPacket *p) { return writeVideoPacket(p); });
+        if (!soundPlaced_)
+            soundStart_.notePicture(item.arrival, item.ms);
+        const int result = video_.encode(item.frame.get(), ticks, key,
+                                         [this](AVPacket *p) { return writeVideoPacket(p); });
+        return result < 0 ? result : placeSound(false);
     }
+    if (!soundPlaced_ && hasVideo()) {
+        soundStart_.noteSound(item.arrival, audio_.secondsOf(int(item.samples.size())));
+        heldSound_.push_back(std::move(item));
+        return placeSound(false);
+    }
+    return takeSound(std::move(item));
+}
+
+int EncoderSession::takeSound(Item item)
+{
+    const int64_t ms = audio_.msOf(int(item.samples.size()));
+    if (laggingSound_.empty() && soundLagMs(ms) <= kMaxSoundLagMs)
+        return encodeSound(item);
+    // Lagging: either a gap (the device went away for a while) or sound held up on its way
+    // (a busy machine), which the next buffers bring in a burst. Only what is still missing
+    // once the arrivals have gone on for a while is a gap.
+    laggingSound_.push_back(std::move(item));
+    laggingMs_ += ms;
+    if (laggingSound_.back().arrival - laggingSound_.front().arrival < kConfirmLagSeconds &&
+        laggingMs_ < kMaxLaggingMs)
+        return 0;
+    return pushLaggingSound();
+}
+
+int EncoderSession::pushLaggingSound()
+{
+    if (laggingSound_.empty())
+        return 0;
+    int result = 0;
+    if (const std::optional<double> missing = missingSeconds()) {
+        // Live: the arrivals tell what the device did not deliver, to a few milliseconds.
+        if (*missing >= kMinGapSeconds) {
+            logLine("the sound lags the picture by %.0f ms; silence fills the gap",
+                    *missing * 1000);
+            result = audio_.pushSilence(std::llround(*missing * 1000),
+                                        [this](AVPacket *p) { return writeAudioPacket(p); });
+        }
+    } else {
+        result = catchUpSound(laggingMs_);
+    }
+    for (; result >= 0 && !laggingSound_.empty(); laggingSound_.pop_front())
+        result = encodeSound(laggingSound_.front());
+    laggingSound_.clear();
+    laggingMs_ = 0;
+    return result;
+}
+
+std::optional<double> EncoderSession::missingSeconds() const
+{
+    if (!soundStartLive_ || recentLeads_.empty())
+        return std::nullopt;
+    // A buffer's lead: its arrival less all the sound through its end. It stays the same
+    // from buffer to buffer but for jitter (only ever late) and jumps by what is missing.
+    double before = recentLeads_.front().second;
+    for (const auto &[arrival, lead] : recentLeads_)
+        before = std::min(before, lead);
+    double through = soundThroughSeconds_;
+    double after = std::numeric_limits<double>::infinity();
+    for (const Item &item : laggingSound_) {
+        through += audio_.secondsOf(int(item.samples.size()));
+        after = std::min(after, item.arrival - through);
+    }
+    return after - before;
+}
+
+int EncoderSession::encodeSound(const Item &item)
+{
+    soundThroughSeconds_ += audio_.secondsOf(int(item.samples.size()));
+    recentLeads_.emplace_back(item.arrival, item.arrival - soundThroughSeconds_);
+    while (recentLeads_.front().first < item.arrival - kRecentLeadSeconds)
+        recentLeads_.pop_front();
     followSoundClock(item);
-    const int result = catchUpSound(audio_.msOf(int(item.samples.size())));
-    if (result < 0)
-        return result;
     return audio_.push(item.samples.data(), int(item.samples.size()),
                        [this](AVPacket *p) { return writeAudioPacket(p); });
+}
+
+int EncoderSession::placeSound(bool now)
+{
+    if (soundPlaced_ || heldSound_.empty() || !(now || soundStart_.ready()))
+        return 0;
+    soundPlaced_ = true;
+    const std::optional<double> offset = soundStart_.offset();
+    // Without a real-time offset the sound starts with the first picture, as it comes.
+    soundOriginMs_ = offset || firstVideoMs_ == INT64_MIN ? 0 : firstVideoMs_;
+    soundStartLive_ = offset.has_value();
+    int result = 0;
+    if (offset) {
+        logLine("the sound begins %+.0f ms from the pictures' start", *offset * 1000);
+        if (*offset > 0)
+            result = audio_.pushSilence(std::llround(*offset * 1000),
+                                        [this](AVPacket *p) { return writeAudioPacket(p); });
+        else
+            dropHeldSound(audio_.bytesOf(-*offset));
+    }
+    int64_t heldMs = 0;
+    for (const Item &item : heldSound_)
+        heldMs += audio_.msOf(int(item.samples.size()));
+    if (result >= 0)
+        result = catchUpSound(heldMs);
+    for (; result >= 0 && !heldSound_.empty(); heldSound_.pop_front())
+        result = encodeSound(heldSound_.front());
+    heldSound_.clear();
+    return result;
+}
+
+void EncoderSession::dropHeldSound(int64_t bytes)
+{
+    while (bytes > 0 && !heldSound_.empty()) {
+        std::vector<uint8_t> &samples = heldSound_.front().samples;
+        const auto cut = size_t(std::min<int64_t>(bytes, int64_t(samples.size())));
+        samples.erase(samples.begin(), samples.begin() + std::ptrdiff_t(cut));
+        bytes -= int64_t(cut);
+        if (samples.empty())
+            heldSound_.pop_front();
+    }
 }
 
 void EncoderSession::followSoundClock(const Item &item)
@@ -473,13 +590,18 @@ void EncoderSession::logSoundClock()
                 clockCorrectionEnabled() ? ", corrected by resampling" : ", left uncorrected");
 }
 
-int EncoderSession::catchUpSound(int64_t arrivingMs)
+int64_t EncoderSession::soundLagMs(int64_t arrivingMs) const
 {
     if (!hasVideo() || firstVideoMs_ == INT64_MIN)
         return 0;
-    // Both start at the file's time zero: the first picture and the first sample. Sound
-    // arrives once it has been heard, so the arriving buffer began that much earlier.
-    const int64_t lag = (lastVideoMs_ - firstVideoMs_) - audio_.pushedMs() - arrivingMs;
+    // The sound's first sample is at soundOriginMs_ of the pictures' time. Sound arrives
+    // once it has been heard, so the arriving buffer began that much earlier.
+    return (lastVideoMs_ - soundOriginMs_) - audio_.pushedMs() - arrivingMs;
+}
+
+int EncoderSession::catchUpSound(int64_t arrivingMs)
+{
+    const int64_t lag = soundLagMs(arrivingMs);
     if (lag <= kMaxSoundLagMs)
         return 0;
     logLine("the sound lags the picture by %lld ms; silence fills the gap",
@@ -499,6 +621,10 @@ int EncoderSession::finishStreams()
             result = writePendingVideo();
         }
     }
+    if (hasAudio() && result >= 0)
+        result = placeSound(true);
+    if (hasAudio() && result >= 0)
+        result = pushLaggingSound();
     if (hasAudio())
         logSoundClock();
     if (hasAudio() && result >= 0)

@@ -12,17 +12,19 @@
 // so memory stays bounded whatever the input rate. Sound is never dropped: a second of
 // it is smaller than one picture.
 //
-// Sound is timed by its sample count, pictures by their timestamps. Sound that starts
+// Sound is timed by its sample count, pictures by their timestamps. The first sound is
+// held until SoundStart can tell where on the pictures' time it began. Sound that starts
 // late (a route just built) or stops for a while (its device went away) would run early
-// from then on; so sound that lags the pictures by more than kMaxSoundLagMs is caught up
-// with silence first. Between gaps, the sound device's clock may run a little fast or slow
-// against the wall clock the pictures are timed by: SoundClock measures that from the
-// arrival of the sound and the resampler corrects it.
+// from then on; so sound that lags the pictures by more than kMaxSoundLagMs, and still does
+// after half a second more of it has arrived, is caught up with silence first. Between gaps, the
+// sound device's clock may run a little fast or slow against the wall clock the pictures are timed
+// by: SoundClock measures that from the arrival of the sound and the resampler corrects it.
 #include "AudioStream.h"
 #include "ContainerChoice.h"
 #include "MediaEncoder.h"
 #include "OutputFile.h"
 #include "SoundClock.h"
+#include "SoundStart.h"
 #include "VideoStream.h"
 
 #include <atomic>
@@ -41,6 +43,14 @@ public:
     static constexpr size_t kMaxQueuedFrames = 16;
     static constexpr int kPushWaitMs = 200;
     static constexpr int64_t kMaxSoundLagMs = 200;
+    // Lagging sound is held this long by its arrivals (or this much of it) before what is
+    // still missing is taken for a gap.
+    static constexpr double kConfirmLagSeconds = 0.5;
+    static constexpr int64_t kMaxLaggingMs = 2000;
+    // Live sound: a gap shorter than this is jitter; the lead before a gap is the least of
+    // this last stretch of arrivals.
+    static constexpr double kMinGapSeconds = 0.02;
+    static constexpr double kRecentLeadSeconds = 1.0;
 
     EncoderSession() = default;
     EncoderSession(const EncoderSession &) = delete;
@@ -79,7 +89,7 @@ private:
         FramePtr frame;
         int64_t ms = 0;
         std::vector<uint8_t> samples;
-        double arrival = 0; // sound: steady-clock seconds at the push
+        double arrival = 0; // steady-clock seconds at the push
     };
 
     bool hasVideo() const { return video_.context() != nullptr; }
@@ -87,6 +97,16 @@ private:
     int enqueue(Item item);
     void run();
     int handle(Item &item);
+    // Encodes the sound at once, or holds it while it lags the pictures.
+    int takeSound(Item item);
+    int pushLaggingSound();
+    // What the lagging sound misses, by the arrivals; nothing when they tell no real time.
+    std::optional<double> missingSeconds() const;
+    int encodeSound(const Item &item);
+    // Puts the held sound on the pictures' timeline once enough is known (or now), with
+    // silence before it or its start left out.
+    int placeSound(bool now);
+    void dropHeldSound(int64_t bytes);
     int writeVideoPacket(AVPacket *packet);
     int writeAudioPacket(AVPacket *packet);
     int writePendingVideo();
@@ -95,8 +115,9 @@ private:
     // Counts the bytes and notes a size limit reached.
     void noteBytes();
     int finishStreams();
-    // Silence up to the pictures' time, when the sound (with arrivingMs more of it on the
-    // way) lags them too far.
+    // How far the sound (with arrivingMs more of it on the way) lags the pictures.
+    int64_t soundLagMs(int64_t arrivingMs) const;
+    // Silence up to the pictures' time, when the sound lags them too far.
     int catchUpSound(int64_t arrivingMs);
     // Notes the sound's arrival and sets the correction for it.
     void followSoundClock(const Item &item);
@@ -126,6 +147,15 @@ private:
     VideoStream video_;
     AudioStream audio_;
     std::optional<SoundClock> soundClock_;
+    SoundStart soundStart_;
+    std::deque<Item> heldSound_; // until the sound's start is placed
+    bool soundPlaced_ = false;
+    int64_t soundOriginMs_ = 0;     // the pictures' time of the sound's first sample
+    std::deque<Item> laggingSound_; // held while it may yet catch up by itself
+    int64_t laggingMs_ = 0;
+    bool soundStartLive_ = false;                       // the arrivals are those of a live device
+    double soundThroughSeconds_ = 0;                    // source sound encoded, silence left out
+    std::deque<std::pair<double, double>> recentLeads_; // (arrival, lead), the last second
     OutputFile file_;
     int fileIndex_ = 1;
     PacketPtr pendingVideo_ = makePacket();

@@ -3,6 +3,7 @@
 #include "EncoderLog.h"
 
 extern "C" {
+#include <libavutil/imgutils.h>
 #include <libavutil/opt.h>
 }
 
@@ -12,7 +13,30 @@ extern "C" {
 
 namespace mediaencoder {
 
-FramePtr VideoStream::convert(const VIDEO_PACKET &packet, int width, int height)
+namespace {
+
+constexpr int kPlaneAlign = 32;
+
+int pictureBytes(int width, int height)
+{
+    return av_image_get_buffer_size(AV_PIX_FMT_YUV420P, width, height, kPlaneAlign);
+}
+
+// The frame's planes in one buffer of the pool (which holds pictures of this size).
+int takeFromPool(AVFrame *frame, AVBufferPool *pool)
+{
+    frame->buf[0] = av_buffer_pool_get(pool);
+    if (!frame->buf[0])
+        return AVERROR(ENOMEM);
+    const int result = av_image_fill_arrays(frame->data, frame->linesize, frame->buf[0]->data,
+                                            AVPixelFormat(frame->format), frame->width,
+                                            frame->height, kPlaneAlign);
+    return result < 0 ? result : 0;
+}
+
+} // namespace
+
+FramePtr VideoStream::convert(const VIDEO_PACKET &packet, int width, int height, AVBufferPool *pool)
 {
     if (packet.format != MEDIAENCODER_PIXEL_FORMAT_BGRA || !packet.data || packet.width <= 0 ||
         packet.height <= 0 || int64_t(packet.bytesPerRow) < int64_t(packet.width) * 4 ||
@@ -26,7 +50,9 @@ FramePtr VideoStream::convert(const VIDEO_PACKET &packet, int width, int height)
     frame->format = AV_PIX_FMT_YUV420P;
     frame->width = width;
     frame->height = height;
-    if (const int result = av_frame_get_buffer(frame.get(), 0); result < 0) {
+    if (const int result =
+            pool ? takeFromPool(frame.get(), pool) : av_frame_get_buffer(frame.get(), 0);
+        result < 0) {
         logLine("no memory for a picture of %d x %d: %s", width, height, errorText(result).c_str());
         return nullptr;
     }
@@ -97,6 +123,11 @@ bool VideoStream::open(const VideoSettings &settings)
     if (result < 0) {
         logLine("cannot open the H.264 encoder at %d x %d: %s", settings.width, settings.height,
                 errorText(result).c_str());
+        return false;
+    }
+    pictures_.reset(av_buffer_pool_init(pictureBytes(settings.width, settings.height), nullptr));
+    if (!pictures_) {
+        logLine("no memory for the pictures of %d x %d", settings.width, settings.height);
         return false;
     }
     context_ = std::move(context);
