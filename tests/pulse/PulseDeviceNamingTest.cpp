@@ -1,9 +1,13 @@
-// Device names from what real machines' sound servers report: every microphone is one the
-// routing recognises, nothing else is, and monitors never are.
+// Device names from what real machines' sound servers report, PulseAudio's and PipeWire's
+// pulse server's: every microphone is one the routing recognises, nothing else is, and
+// monitors never are; loopback devices and buses are known by what both servers say.
 #include "PulseDeviceNaming.h"
 #include "AudioDeviceNames.h"
 
 #include <gtest/gtest.h>
+
+// The cases name only the facts a server reports; the others stay empty, as meant.
+#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
 
 namespace {
 
@@ -21,7 +25,23 @@ DeviceFacts source(const char *name, const char *description, const char *port =
                    const char *portDescription = "", const char *form = "", const char *bus = "pci",
                    const char *profile = "")
 {
-    return {DeviceKind::Source, name, description, port, portDescription, form, bus, profile};
+    return {.kind = DeviceKind::Source,
+            .name = name,
+            .description = description,
+            .portName = port,
+            .portDescription = portDescription,
+            .formFactor = form,
+            .bus = bus,
+            .profile = profile};
+}
+
+// As PipeWire's pulse server reports an ALSA node: the factory that made it, class "sound".
+DeviceFacts pipewireAlsa(DeviceFacts facts)
+{
+    facts.deviceClass = "sound";
+    facts.factoryName =
+        facts.kind == DeviceKind::Sink ? "api.alsa.pcm.sink" : "api.alsa.pcm.source";
+    return facts;
 }
 
 const char *const kCard = "alsa_input.pci-0000_00_1f.3.analog-stereo";
@@ -109,16 +129,65 @@ const Case kSources[] = {
     {"virtual source", source("echo_cancel_source", "Echo-Cancel Source", "", "", "", ""),
      "Echo-Cancel Source", false},
     {"monitor of speakers",
-     {DeviceKind::Monitor, "alsa_output.pci-0000_00_1f.3.analog-stereo.monitor",
-      "Monitor of Built-in Audio Analog Stereo", "analog-output-speaker", "Speakers", "microphone",
-      "usb", ""},
+     {.kind = DeviceKind::Monitor,
+      .name = "alsa_output.pci-0000_00_1f.3.analog-stereo.monitor",
+      .description = "Monitor of Built-in Audio Analog Stereo",
+      .portName = "analog-output-speaker",
+      .portDescription = "Speakers",
+      .formFactor = "microphone",
+      .bus = "usb",
+      .profile = ""},
      "Monitor of Built-in Audio Analog Stereo",
      false},
     {"monitor of a Bluetooth headset",
-     {DeviceKind::Monitor, "bluez_sink.00_1B_66_AA_BB_CC.headset_head_unit.monitor",
-      "Monitor of WH-1000XM4", "headset-output", "Headset", "headset", "bluetooth",
-      "headset_head_unit"},
+     {.kind = DeviceKind::Monitor,
+      .name = "bluez_sink.00_1B_66_AA_BB_CC.headset_head_unit.monitor",
+      .description = "Monitor of WH-1000XM4",
+      .portName = "headset-output",
+      .portDescription = "Headset",
+      .formFactor = "headset",
+      .bus = "bluetooth",
+      .profile = "headset_head_unit"},
      "Monitor of WH-1000XM4",
+     false},
+    // PipeWire's pulse server: ALSA nodes keep the card's port names; some leave the bus out,
+    // which the node's name still carries.
+    {"PipeWire laptop microphone",
+     pipewireAlsa(
+         source(kCard, kCardText, "analog-input-internal-mic", "Internal Microphone", "internal")),
+     "Built-in Microphone", true},
+    {"PipeWire front jack",
+     pipewireAlsa(source(kCard, kCardText, "analog-input-front-mic", "Front Microphone")),
+     "External Microphone", true},
+    {"PipeWire USB microphone, no bus said",
+     pipewireAlsa(
+         source("alsa_input.usb-Blue_Microphones_Yeti_Stereo_Microphone_REV8-00.analog-stereo",
+                "Yeti Stereo Microphone Analog Stereo", "analog-input-mic", "Microphone", "", "")),
+     "Yeti Stereo Microphone Analog Stereo Microphone", true},
+    {"PipeWire USB port never built in, no bus said",
+     pipewireAlsa(source("alsa_input.usb-x", "Cam", "analog-input-internal-mic",
+                         "Internal Microphone", "", "")),
+     "Cam Microphone", true},
+    {"PipeWire Bluetooth headset with its bus",
+     source("bluez_input.00:1B:66:AA:BB:CC.0", "WH-1000XM4", "", "", "headset", "bluetooth",
+            "headset-head-unit"),
+     "WH-1000XM4 Microphone", true},
+    {"PipeWire remapped source", source("builtin_mic", "Desk Capture", "", "", "", ""),
+     "Desk Capture", false},
+    {"PipeWire monitor of ALSA speakers, class sound",
+     pipewireAlsa({.kind = DeviceKind::Monitor,
+                   .name = "alsa_output.pci-0000_00_1f.3.analog-stereo.monitor",
+                   .description = "Monitor of Built-in Audio Analog Stereo",
+                   .formFactor = "internal",
+                   .bus = "pci"}),
+     "Monitor of Built-in Audio Analog Stereo", false},
+    {"PipeWire monitor of the loopback device",
+     {.kind = DeviceKind::Monitor,
+      .name = "BlackHole2ch_UID.monitor",
+      .description = "Monitor of BlackHole 2ch",
+      .deviceClass = "monitor",
+      .factoryName = "support.null-audio-sink"},
+     "Monitor of BlackHole 2ch",
      false},
     {"no description", source("alsa_input.usb-y", "", "", "", "webcam", "usb"),
      "alsa_input.usb-y Microphone", true},
@@ -164,12 +233,95 @@ TEST(PulseDeviceNaming, SinksAreNamedSoTheRoutingFindsTheSpeakersOrHeadphones)
     };
     for (const SinkCase &c : cases) {
         SCOPED_TRACE(c.what);
-        const QString name = pulse::deviceName(
-            {DeviceKind::Sink, "alsa_output.pci-0000_00_1f.3.analog-stereo",
-             "Built-in Audio Analog Stereo", c.port, "", c.formFactor, c.bus, ""});
+        const QString name =
+            pulse::deviceName({.kind = DeviceKind::Sink,
+                               .name = "alsa_output.pci-0000_00_1f.3.analog-stereo",
+                               .description = "Built-in Audio Analog Stereo",
+                               .portName = c.port,
+                               .formFactor = c.formFactor,
+                               .bus = c.bus});
         EXPECT_EQ(name, QString::fromUtf8(c.name));
         EXPECT_EQ(AudioDeviceNames::isFirstPassOutput(name), c.firstPassOutput);
         EXPECT_FALSE(AudioDeviceNames::isSecondPassMicrophone(name));
+    }
+}
+
+// What records what is played to it, and how a device is attached, from what PulseAudio and
+// PipeWire's pulse server each report: never from a driver's name or a module's number.
+TEST(PulseDeviceNaming, LoopbackDevicesAndBusesAreKnownOnBothServers)
+{
+    using pulse::Transport;
+    struct KindCase {
+        const char *what;
+        DeviceFacts facts;
+        bool loopback;
+        Transport transport;
+    };
+    const KindCase cases[] = {
+        {"PulseAudio null sink",
+         {.kind = DeviceKind::Sink, .name = "BlackHole2ch_UID", .deviceClass = "abstract"},
+         true,
+         Transport::Virtual},
+        {"PipeWire null sink",
+         {.kind = DeviceKind::Sink,
+          .name = "BlackHole2ch_UID",
+          .factoryName = "support.null-audio-sink"},
+         true,
+         Transport::Virtual},
+        {"PipeWire null sink's monitor is a source",
+         {.kind = DeviceKind::Monitor,
+          .name = "BlackHole2ch_UID.monitor",
+          .deviceClass = "monitor",
+          .factoryName = "support.null-audio-sink"},
+         false,
+         Transport::Virtual},
+        {"PulseAudio null source",
+         {.kind = DeviceKind::Source, .deviceClass = "abstract"},
+         false,
+         Transport::Virtual},
+        {"PulseAudio combine sink",
+         {.kind = DeviceKind::Sink, .deviceClass = "filter"},
+         false,
+         Transport::Virtual},
+        {"PipeWire combine sink: no class, no factory",
+         {.kind = DeviceKind::Sink, .name = "mix"},
+         false,
+         Transport::Virtual},
+        {"PulseAudio card",
+         {.kind = DeviceKind::Sink,
+          .name = "alsa_output.pci-0000_00_1f.3.analog-stereo",
+          .bus = "pci",
+          .deviceClass = "sound"},
+         false,
+         Transport::BuiltIn},
+        {"PipeWire card",
+         pipewireAlsa({.kind = DeviceKind::Sink,
+                       .name = "alsa_output.pci-0000_00_1f.3.analog-stereo",
+                       .bus = "pci"}),
+         false, Transport::BuiltIn},
+        {"system-on-chip card",
+         {.kind = DeviceKind::Source, .bus = "platform"},
+         false,
+         Transport::BuiltIn},
+        {"PipeWire USB card, no bus said",
+         pipewireAlsa({.kind = DeviceKind::Sink, .name = "alsa_output.usb-Generic_USB_Audio-00"}),
+         false, Transport::Usb},
+        {"PipeWire card, no bus said",
+         pipewireAlsa({.kind = DeviceKind::Source, .name = "alsa_input.pci-0000_00_1f.3.analog"}),
+         false, Transport::BuiltIn},
+        {"a name that only looks like a bus",
+         {.kind = DeviceKind::Sink, .name = "my.usb-sink"},
+         false,
+         Transport::Virtual},
+        {"PipeWire Bluetooth headphones",
+         {.kind = DeviceKind::Sink, .name = "bluez_output.00_1B_66_AA_BB_CC.1", .bus = "bluetooth"},
+         false,
+         Transport::Virtual},
+    };
+    for (const KindCase &c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(pulse::isLoopbackSink(c.facts), c.loopback);
+        EXPECT_EQ(pulse::transportOf(c.facts), c.transport);
     }
 }
 

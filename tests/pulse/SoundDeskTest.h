@@ -1,13 +1,13 @@
 #pragma once
 // The sound devices of a machine with a microphone, speakers and the loopback device, made
-// of null sinks on the test desktop's sound server for one test suite; and a tone player.
+// of null sinks on the test desktop's sound server (PulseAudio or PipeWire, as
+// CAPSTAN_SOUND_SERVER chose) for one test suite; a tone player; and a server restart.
 #include "AppDelegate.h"
 #include "ScreenCatalog.h"
 
 #include <QProcess>
 #include <QStringList>
 #include <QTest>
-#include <QThread>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -43,7 +43,17 @@ protected:
             available_ = !pactl({"info"}).isEmpty();
         if (!available_)
             return;
-        // A machine with a microphone, speakers and the loopback device.
+        pipewire_ = pactl({"info"}).contains("PipeWire");
+        loadDevices();
+    }
+
+    // A machine with a microphone, speakers and the loopback device; its own devices are the
+    // defaults, as on such a machine.
+    static void loadDevices()
+    {
+        // PipeWire has no null source, and needs none: its null sinks keep time on their own.
+        if (!pipewire_)
+            modules_ << pactl({"load-module", "module-null-source", "source_name=test_silence"});
         const QStringList loads[] = {
             {"module-null-sink", "sink_name=builtin_out",
              "sink_properties='device.description=\"Built-in Output\"'"},
@@ -53,17 +63,46 @@ protected:
              "sink_properties='device.description=\"Mic Feed\"'"},
             {"module-remap-source", "master=mic_feed.monitor", "source_name=builtin_mic",
              "source_properties='device.description=\"Built-in Microphone\"'"},
-            {"module-null-source", "source_name=test_silence"},
         };
         for (const QStringList &load : loads)
             modules_ << pactl(QStringList{"load-module"} + load);
         for (const char *sink : {"builtin_out", "BlackHole2ch_UID", "mic_feed"})
             modules_ << keepClocked(sink);
-        // A new loopback takes a good second before its sink keeps steady time.
-        QThread::msleep(2000);
-        // Its own devices are the defaults, as on such a machine.
+        modules_.removeAll(QString());
+        // A new loopback takes a good second before its sink keeps steady time. The event
+        // loop runs meanwhile: a program under test goes on as it would.
+        QTest::qWait(2000);
         pactl({"set-default-sink", "builtin_out"});
         pactl({"set-default-source", "builtin_mic"});
+    }
+
+    // The server the tests talk to, as ctest named it: "pipewire" or "pulseaudio".
+    static QString serverName() { return pipewire_ ? "pipewire" : "pulseaudio"; }
+
+    // Kills the sound server (scripts/test-desktop sound-stop), waits, starts it again with
+    // the desktop's devices and loads this suite's again: what a crash and a restart of the
+    // user's server do. whileDown runs in between, with the server gone.
+    static void restartServer(const std::function<void()> &whileDown)
+    {
+        ASSERT_TRUE(desk({"sound-stop", serverName()}));
+        modules_.clear(); // gone with the server
+        whileDown();
+        ASSERT_TRUE(desk({"sound-start", serverName()}));
+        ASSERT_FALSE(pactl({"info"}).isEmpty());
+        loadDevices();
+    }
+
+    // Runs scripts/test-desktop with the event loop running, so the program under test does
+    // not stall; true when it succeeded.
+    static bool desk(const QStringList &arguments)
+    {
+        QProcess script;
+        script.setProcessChannelMode(QProcess::ForwardedChannels);
+        script.start(QStringLiteral(CAPSTAN_TEST_DESKTOP), arguments);
+        for (int i = 0; i < 300 && script.state() != QProcess::NotRunning; ++i)
+            QTest::qWait(100);
+        return script.state() == QProcess::NotRunning &&
+               script.exitStatus() == QProcess::NormalExit && script.exitCode() == 0;
     }
 
     static void TearDownTestSuite()
@@ -82,6 +121,11 @@ protected:
         if (!available_ && qEnvironmentVariableIsEmpty("PULSE_SERVER"))
             GTEST_SKIP() << "needs the test desktop's sound server (scripts/test-desktop)";
         ASSERT_TRUE(available_) << "the test desktop's sound server does not answer";
+        // The server ctest named is the one that answers, not the other one.
+        const QByteArray named = qgetenv("CAPSTAN_SOUND_SERVER");
+        if (!named.isEmpty()) {
+            ASSERT_EQ(serverName(), QString::fromUtf8(named));
+        }
     }
 
     void TearDown() override { plugMicrophoneBackIn(); }
@@ -109,10 +153,13 @@ protected:
         unplugged_.clear();
     }
 
-    // A null sink runs on its own timer only while a stream plays into it; without one its
-    // monitor delivers late and in bursts. Real hardware keeps time; a silent stream does here.
+    // A PulseAudio null sink runs on its own timer only while a stream plays into it; without
+    // one its monitor delivers late and in bursts. Real hardware keeps time; a silent stream
+    // does here. PipeWire's null sinks drive their own graph: nothing to do, no module.
     static QString keepClocked(const QString &sink)
     {
+        if (pipewire_)
+            return {};
         return pactl({"load-module", "module-loopback", "source=test_silence", "sink=" + sink,
                       "latency_msec=60", "source_dont_move=true", "sink_dont_move=true"});
     }
@@ -140,6 +187,7 @@ protected:
     }
 
     static inline bool available_ = false;
+    static inline bool pipewire_ = false;
     static inline QStringList modules_;
     QString unpluggedIndex_;
     QStringList unplugged_;

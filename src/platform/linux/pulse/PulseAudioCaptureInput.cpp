@@ -96,8 +96,10 @@ QString PulseAudioCaptureInput::openStream()
         source = source_.toUtf8();
         spec = {PA_SAMPLE_S32LE, uint32_t(sampleRate_), uint8_t(channels_)};
     }
-    pa_context *context = connection_.context();
     pulse::LoopLock lock(connection_.loop());
+    pa_context *context = connection_.context();
+    if (!context || pa_context_get_state(context) != PA_CONTEXT_READY)
+        return QStringLiteral("no sound server");
     pending_.clear();
     pulse::StreamHandle stream(pa_stream_new(context, "Capstan recording", &spec, nullptr));
     if (!stream)
@@ -141,7 +143,9 @@ void PulseAudioCaptureInput::stopRunning()
             return;
         pa_stream_set_read_callback(stream.get(), nullptr, nullptr);
         pa_stream_set_state_callback(stream.get(), nullptr, nullptr);
-        pa_stream_disconnect(stream.get());
+        // A failed stream has left its context (the server went): nothing to disconnect.
+        if (PA_STREAM_IS_GOOD(pa_stream_get_state(stream.get())))
+            pa_stream_disconnect(stream.get());
         stream.reset();
     }
     post(CaptureSessionEvent::DidStopRunning);

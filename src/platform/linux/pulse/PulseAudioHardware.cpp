@@ -28,17 +28,16 @@ QString property(const pa_proplist *list, const char *key)
     return value ? QString::fromUtf8(value) : QString();
 }
 
-UInt32 transportOf(const pa_proplist *list, const QString &driver)
+UInt32 transportFor(const pulse::DeviceFacts &facts)
 {
-    if (driver.contains(QLatin1String("null-sink")))
-        return kAudioDeviceTransportTypeVirtual;
-    if (driver.contains(QLatin1String("combine")))
-        return kAudioDeviceTransportTypeAggregate;
-    const QString bus = property(list, PA_PROP_DEVICE_BUS);
-    if (bus == QLatin1String("pci") || bus == QLatin1String("platform"))
+    switch (pulse::transportOf(facts)) {
+    case pulse::Transport::BuiltIn:
         return kAudioDeviceTransportTypeBuiltIn;
-    if (bus == QLatin1String("usb"))
+    case pulse::Transport::Usb:
         return kAudioDeviceTransportTypeUSB;
+    case pulse::Transport::Virtual:
+        break;
+    }
     return kAudioDeviceTransportTypeVirtual;
 }
 
@@ -56,6 +55,8 @@ template <typename Info> pulse::DeviceFacts factsOf(const Info *info, pulse::Dev
     }
     f.formFactor = property(info->proplist, PA_PROP_DEVICE_FORM_FACTOR);
     f.bus = property(info->proplist, PA_PROP_DEVICE_BUS);
+    f.deviceClass = property(info->proplist, PA_PROP_DEVICE_CLASS);
+    f.factoryName = property(info->proplist, "factory.name");
     // PulseAudio's Bluetooth devices say their profile as "bluetooth.protocol", PipeWire's
     // as "api.bluez5.profile"; ALSA cards as the card's profile.
     for (const char *key :
@@ -73,13 +74,25 @@ QString manufacturerOf(const pa_proplist *list)
     return vendor.isEmpty() ? QStringLiteral("?") : vendor;
 }
 
+// The module that made a device. PipeWire's pulse server also says it as a property, which
+// outlives a server that reports no owner for it.
+uint32_t moduleOf(uint32_t ownerModule, const pa_proplist *list)
+{
+    if (ownerModule != PA_INVALID_INDEX)
+        return ownerModule;
+    bool ok = false;
+    const uint32_t index = property(list, "pulse.module.id").toUInt(&ok);
+    return ok ? index : PA_INVALID_INDEX;
+}
+
 struct RawSink {
-    QString name, description, port, driver, monitor, manufacturer, aggregate;
+    QString name, description, monitor, manufacturer, aggregate;
     UInt32 channels = 0, transport = 0;
+    bool loopback = false; // what is played to it is recorded from its monitor
     uint32_t ownerModule = PA_INVALID_INDEX;
 };
 struct RawSource {
-    QString name, listedName, driver, manufacturer;
+    QString name, listedName, manufacturer;
     UInt32 channels = 0, transport = 0;
     bool isMonitor = false;
     uint32_t ownerModule = PA_INVALID_INDEX;
@@ -87,7 +100,7 @@ struct RawSource {
 struct Gathered {
     QList<RawSink> sinks;
     QList<RawSource> sources;
-    QString defaultSink, defaultSource;
+    QString defaultSink, defaultSource, serverName;
     pulse::PulseConnection *connection = nullptr;
 };
 
@@ -98,15 +111,16 @@ void onSink(pa_context *, const pa_sink_info *info, int eol, void *data)
         g->connection->signal();
         return;
     }
+    const pulse::DeviceFacts facts = factsOf(info, pulse::DeviceKind::Sink);
     RawSink s;
     s.name = QString::fromUtf8(info->name);
-    s.description = pulse::deviceName(factsOf(info, pulse::DeviceKind::Sink));
-    s.driver = QString::fromUtf8(info->driver ? info->driver : "");
+    s.description = pulse::deviceName(facts);
     s.monitor = QString::fromUtf8(info->monitor_source_name ? info->monitor_source_name : "");
     s.channels = info->sample_spec.channels;
-    s.transport = transportOf(info->proplist, s.driver);
+    s.transport = transportFor(facts);
+    s.loopback = pulse::isLoopbackSink(facts) && !s.monitor.isEmpty();
     s.manufacturer = manufacturerOf(info->proplist);
-    s.ownerModule = info->owner_module;
+    s.ownerModule = moduleOf(info->owner_module, info->proplist);
     s.aggregate = property(info->proplist, kAggregateProperty);
     g->sinks.append(s);
 }
@@ -121,13 +135,13 @@ void onSource(pa_context *, const pa_source_info *info, int eol, void *data)
     RawSource s;
     s.name = QString::fromUtf8(info->name);
     s.isMonitor = info->monitor_of_sink != PA_INVALID_INDEX;
-    s.listedName = pulse::deviceName(
-        factsOf(info, s.isMonitor ? pulse::DeviceKind::Monitor : pulse::DeviceKind::Source));
-    s.driver = QString::fromUtf8(info->driver ? info->driver : "");
+    const pulse::DeviceFacts facts =
+        factsOf(info, s.isMonitor ? pulse::DeviceKind::Monitor : pulse::DeviceKind::Source);
+    s.listedName = pulse::deviceName(facts);
     s.channels = info->sample_spec.channels;
-    s.transport = transportOf(info->proplist, s.driver);
+    s.transport = transportFor(facts);
     s.manufacturer = manufacturerOf(info->proplist);
-    s.ownerModule = info->owner_module;
+    s.ownerModule = moduleOf(info->owner_module, info->proplist);
     g->sources.append(s);
 }
 
@@ -137,6 +151,7 @@ void onServer(pa_context *, const pa_server_info *info, void *data)
     g->defaultSink = QString::fromUtf8(info->default_sink_name ? info->default_sink_name : "");
     g->defaultSource =
         QString::fromUtf8(info->default_source_name ? info->default_source_name : "");
+    g->serverName = QString::fromUtf8(info->server_name ? info->server_name : "");
     g->connection->signal();
 }
 
@@ -144,28 +159,46 @@ void onServer(pa_context *, const pa_server_info *info, void *data)
 
 PulseAudioHardware::PulseAudioHardware()
 {
+    // A server back after it went away knows nothing of our subscription, and everything
+    // read from the old one is stale.
+    connection_.setReconnectedCallback([this](pa_context *c) {
+        subscribeLocked(c, [](pa_context *, int success, void *self) {
+            auto *hardware = static_cast<PulseAudioHardware *>(self);
+            hardware->subscribed_ = success != 0;
+            hardware->changes_.fetch_add(1);
+        });
+        changes_.fetch_add(1);
+    });
     if (!connection_.isReady())
         return;
-    pa_context *c = connection_.context();
-    {
-        pulse::LoopLock lock(connection_.loop());
-        pa_context_set_subscribe_callback(c, &PulseAudioHardware::onServerEvent, this);
-    }
-    std::pair<pulse::PulseConnection *, bool *> state{&connection_, &subscribed_};
-    wait([&] {
-        return pa_context_subscribe(
+    struct Done {
+        PulseAudioHardware *hardware;
+        bool ok = false;
+    } done{this};
+    wait([&](pa_context *c) {
+        return subscribeLocked(
             c,
-            pa_subscription_mask_t(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SOURCE |
-                                   PA_SUBSCRIPTION_MASK_SERVER),
-            [](pa_context *, int success, void *self) {
-                auto *pair = static_cast<std::pair<pulse::PulseConnection *, bool *> *>(self);
-                *pair->second = success != 0;
-                pair->first->signal();
+            [](pa_context *, int success, void *data) {
+                auto *d = static_cast<Done *>(data);
+                d->ok = success != 0;
+                d->hardware->connection_.signal();
             },
-            &state);
+            &done);
     });
+    subscribed_ = done.ok;
     if (!subscribed_)
         capstan::NSLog(lcAudio, "the sound server sends no device events: every read asks it");
+}
+
+pa_operation *PulseAudioHardware::subscribeLocked(pa_context *c, pa_context_success_cb_t done,
+                                                  void *data)
+{
+    pa_context_set_subscribe_callback(c, &PulseAudioHardware::onServerEvent, this);
+    return pa_context_subscribe(c,
+                                pa_subscription_mask_t(PA_SUBSCRIPTION_MASK_SINK |
+                                                       PA_SUBSCRIPTION_MASK_SOURCE |
+                                                       PA_SUBSCRIPTION_MASK_SERVER),
+                                done, data ? data : this);
 }
 
 void PulseAudioHardware::onServerEvent(pa_context *, pa_subscription_event_type_t, uint32_t,
@@ -175,7 +208,7 @@ void PulseAudioHardware::onServerEvent(pa_context *, pa_subscription_event_type_
     static_cast<PulseAudioHardware *>(self)->changes_.fetch_add(1);
 }
 
-bool PulseAudioHardware::wait(const std::function<pa_operation *()> &start)
+bool PulseAudioHardware::wait(const pulse::PulseConnection::Request &start)
 {
     roundTrips_.fetch_add(1);
     return connection_.wait(start);
@@ -194,13 +227,14 @@ PulseAudioHardware::Snapshot PulseAudioHardware::readServer()
     Snapshot shot;
     Gathered g;
     g.connection = &connection_;
-    pa_context *c = connection_.context();
     roundTrips_.fetch_add(1);
-    if (!connection_.waitAll({[&] { return pa_context_get_sink_info_list(c, onSink, &g); },
-                              [&] { return pa_context_get_source_info_list(c, onSource, &g); },
-                              [&] { return pa_context_get_server_info(c, onServer, &g); }}))
+    if (!connection_.waitAll(
+            {[&](pa_context *c) { return pa_context_get_sink_info_list(c, onSink, &g); },
+             [&](pa_context *c) { return pa_context_get_source_info_list(c, onSource, &g); },
+             [&](pa_context *c) { return pa_context_get_server_info(c, onServer, &g); }}))
         return shot;
     shot.ok = true;
+    shot.parser = pulse::argumentParserOf(g.serverName);
     for (const RawSink &s : g.sinks) {
         Device d;
         d.id = idFor(QStringLiteral("sink:") + s.name);
@@ -212,7 +246,7 @@ PulseAudioHardware::Snapshot PulseAudioHardware::readServer()
         d.outputChannels = s.channels;
         d.ownerModule = s.ownerModule;
         // A null sink is a loopback device: what is played to it is recorded from it.
-        if (s.driver.contains(QLatin1String("null-sink"))) {
+        if (s.loopback) {
             d.source = s.monitor;
             d.inputChannels = s.channels;
         }
@@ -259,9 +293,9 @@ const PulseAudioHardware::Snapshot &PulseAudioHardware::currentLocked(Sync sync)
     const auto now = std::chrono::steady_clock::now();
     const bool due = sync == Sync::Always || !cacheValid_ || now - syncedAt_ > kTrustEvents;
     if (due && cacheValid_) {
-        const bool answered = !subscribed_ || wait([&] {
+        const bool answered = !subscribed_ || wait([&](pa_context *c) {
             return pa_context_get_server_info(
-                connection_.context(),
+                c,
                 [](pa_context *, const pa_server_info *, void *connection) {
                     static_cast<pulse::PulseConnection *>(connection)->signal();
                 },
@@ -411,7 +445,6 @@ OSStatus PulseAudioHardware::AudioObjectSetPropertyData(AudioObjectID objectID,
         const QByteArray name = (input ? d.source : d.sink).toUtf8();
         if ((!input && !output) || name.isEmpty())
             return kAudioHardwareUnknownPropertyError;
-        pa_context *c = connection_.context();
         bool ok = false;
         const auto done = [](pa_context *, int success, void *self) {
             auto *pair = static_cast<std::pair<pulse::PulseConnection *, bool *> *>(self);
@@ -419,7 +452,7 @@ OSStatus PulseAudioHardware::AudioObjectSetPropertyData(AudioObjectID objectID,
             pair->first->signal();
         };
         std::pair<pulse::PulseConnection *, bool *> state{&connection_, &ok};
-        wait([&] {
+        wait([&](pa_context *c) {
             return input ? pa_context_set_default_source(c, name.constData(), done, &state)
                          : pa_context_set_default_sink(c, name.constData(), done, &state);
         });
@@ -434,9 +467,9 @@ uint32_t PulseAudioHardware::loadModule(const char *name, const QString &argumen
     uint32_t index = PA_INVALID_INDEX;
     std::pair<pulse::PulseConnection *, uint32_t *> state{&connection_, &index};
     const QByteArray args = arguments.toUtf8();
-    wait([&] {
+    wait([&](pa_context *c) {
         return pa_context_load_module(
-            connection_.context(), name, args.constData(),
+            c, name, args.constData(),
             [](pa_context *, uint32_t idx, void *self) {
                 auto *pair = static_cast<std::pair<pulse::PulseConnection *, uint32_t *> *>(self);
                 *pair->second = idx;
@@ -454,9 +487,9 @@ bool PulseAudioHardware::unloadModule(uint32_t index)
 {
     bool ok = false;
     std::pair<pulse::PulseConnection *, bool *> state{&connection_, &ok};
-    wait([&] {
+    wait([&](pa_context *c) {
         return pa_context_unload_module(
-            connection_.context(), index,
+            c, index,
             [](pa_context *, int success, void *self) {
                 auto *pair = static_cast<std::pair<pulse::PulseConnection *, bool *> *>(self);
                 *pair->second = success != 0;
@@ -489,12 +522,13 @@ OSStatus PulseAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMa
     const bool stacked = description.contains(QStringLiteral("stacked"));
     // The description, and the mark that makes it ours: one quoted list, so the mark goes
     // inside the closing quote.
-    QString properties = pulse::propertyArgument(QStringLiteral(PA_PROP_DEVICE_DESCRIPTION), name);
+    QString properties =
+        pulse::propertyArgument(QStringLiteral(PA_PROP_DEVICE_DESCRIPTION), name, shot.parser);
     properties.insert(
         properties.size() - 1,
         QStringLiteral(" %1=%2").arg(QLatin1String(kAggregateProperty),
                                      stacked ? kPlayingAggregate : kRecordingAggregate));
-    const QString sinkName = pulse::argumentValue(uid);
+    const QString sinkName = pulse::argumentValue(uid, shot.parser);
     if (stacked) {
         // Plays to all its parts at once, the first one the clock master.
         QStringList slaves;
@@ -503,8 +537,8 @@ OSStatus PulseAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMa
         if (slaves.contains(QString()) ||
             loadModule("module-combine-sink",
                        QStringLiteral("sink_name=%1 slaves=%2 sink_properties=%3")
-                           .arg(sinkName, pulse::argumentValue(slaves.join(',')), properties)) ==
-                PA_INVALID_INDEX)
+                           .arg(sinkName, pulse::argumentValue(slaves.join(','), shot.parser),
+                                properties)) == PA_INVALID_INDEX)
             return kAudioHardwareUnspecifiedError;
     } else {
         // Records all its parts: a null sink that loopbacks feed, its monitor the input.
@@ -516,7 +550,7 @@ OSStatus PulseAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMa
                 loadModule("module-loopback",
                            QStringLiteral("source=%1 sink=%2 latency_msec=20 source_dont_move=true "
                                           "sink_dont_move=true")
-                               .arg(pulse::argumentValue(d->source), sinkName)) ==
+                               .arg(pulse::argumentValue(d->source, shot.parser), sinkName)) ==
                     PA_INVALID_INDEX) {
                 AudioObjectID made = kAudioObjectUnknown;
                 for (const Device &n : snapshot().devices)
@@ -538,8 +572,13 @@ OSStatus PulseAudioHardware::AudioHardwareCreateAggregateDevice(const QVariantMa
 
 namespace {
 
+struct Module {
+    uint32_t index = PA_INVALID_INDEX;
+    QString name;
+    QStringList arguments; // split at spaces: enough to find "sink=…" and "sink_name=…"
+};
 struct ModuleList {
-    QList<QPair<uint32_t, QString>> loopbacks; // index, argument
+    QList<Module> modules;
     pulse::PulseConnection *connection = nullptr;
 };
 
@@ -550,9 +589,8 @@ void onModule(pa_context *, const pa_module_info *info, int eol, void *data)
         list->connection->signal();
         return;
     }
-    if (info->name && std::strcmp(info->name, "module-loopback") == 0)
-        list->loopbacks.append(
-            {info->index, QString::fromUtf8(info->argument ? info->argument : "")});
+    list->modules.append({info->index, QString::fromUtf8(info->name ? info->name : ""),
+                          QString::fromUtf8(info->argument ? info->argument : "").split(' ')});
 }
 
 } // namespace
@@ -565,20 +603,27 @@ OSStatus PulseAudioHardware::AudioHardwareDestroyAggregateDevice(AudioObjectID d
     for (const Device &d : shot.devices) {
         if (d.id != deviceID)
             continue;
-        if (d.transport != kAudioDeviceTransportTypeAggregate || d.ownerModule == PA_INVALID_INDEX)
+        if (d.transport != kAudioDeviceTransportTypeAggregate)
             return kAudioHardwareBadObjectError;
         // The loopbacks that feed it go first, found by their arguments: also those of an
         // aggregate a crashed run left behind.
-        ModuleList modules;
-        modules.connection = &connection_;
-        wait([&] {
-            return pa_context_get_module_info_list(connection_.context(), onModule, &modules);
-        });
-        const QString feeds = QStringLiteral("sink=") + pulse::argumentValue(d.uid);
-        for (const auto &[index, argument] : modules.loopbacks)
-            if (argument.split(' ').contains(feeds))
-                unloadModule(index);
-        return unloadModule(d.ownerModule) ? noErr : kAudioHardwareUnspecifiedError;
+        ModuleList list;
+        list.connection = &connection_;
+        wait([&](pa_context *c) { return pa_context_get_module_info_list(c, onModule, &list); });
+        const QString feeds = QStringLiteral("sink=") + pulse::argumentValue(d.uid, shot.parser);
+        const QString made =
+            QStringLiteral("sink_name=") + pulse::argumentValue(d.uid, shot.parser);
+        uint32_t owner = d.ownerModule;
+        for (const Module &m : std::as_const(list.modules)) {
+            if (m.name == QLatin1String("module-loopback") && m.arguments.contains(feeds))
+                unloadModule(m.index);
+            // A server that names no owner: the module that made the sink says its name.
+            else if (owner == PA_INVALID_INDEX && m.arguments.contains(made))
+                owner = m.index;
+        }
+        if (owner == PA_INVALID_INDEX)
+            return kAudioHardwareBadObjectError;
+        return unloadModule(owner) ? noErr : kAudioHardwareUnspecifiedError;
     }
     return kAudioHardwareBadObjectError;
 }

@@ -16,9 +16,11 @@
 // they carry ("capstan.aggregate"), so one a crashed run left behind is still known.
 //
 // Without a server every call answers kAudioHardwareNotRunningError, and the device
-// list is empty: the program runs on without sound.
+// list is empty: the program runs on without sound. A server that comes back (restarted) is
+// subscribed to again and read afresh; device ids stay with their names across it.
 #include "AudioHardware.h"
 #include "PulseConnection.h"
+#include "PulseModuleArguments.h"
 
 #include <QList>
 #include <QMap>
@@ -49,6 +51,8 @@ public:
         QList<Device> devices;
         AudioObjectID defaultInput = kAudioObjectUnknown;
         AudioObjectID defaultOutput = kAudioObjectUnknown;
+        // How this server reads module arguments (PipeWire's pulse server keeps backslashes).
+        pulse::ArgumentParser parser = pulse::ArgumentParser::PulseAudio;
     };
     // What the server has now.
     Snapshot snapshot();
@@ -78,16 +82,19 @@ private:
     Snapshot readServer();
     AudioObjectID idFor(const QString &key);
     // Waits for one request, counting the round trip.
-    bool wait(const std::function<pa_operation *()> &start);
+    bool wait(const pulse::PulseConnection::Request &start);
+    // Under the loop's lock: asks the server for device events; done gets data, else this.
+    pa_operation *subscribeLocked(pa_context *c, pa_context_success_cb_t done,
+                                  void *data = nullptr);
     uint32_t loadModule(const char *name, const QString &arguments);
     bool unloadModule(uint32_t index);
     static void onServerEvent(pa_context *, pa_subscription_event_type_t, uint32_t, void *self);
 
-    // Declared before the connection so they outlive its loop thread, which bumps changes_.
+    // Declared before the connection so they outlive its loop thread, which writes them.
     std::atomic<uint64_t> changes_{0}; // server events and changes of our own
     std::atomic<int> roundTrips_{0};
+    std::atomic<bool> subscribed_{false}; // the server sends device events
     pulse::PulseConnection connection_{"CapstanSoundServer"};
-    bool subscribed_ = false; // set in the constructor only
 
     std::mutex cacheMutex_; // the fields below
     Snapshot cache_;

@@ -50,6 +50,18 @@ bool isMicrophoneJackPort(const DeviceFacts &f)
     return false;
 }
 
+// "alsa_input.usb-…", "alsa_output.pci-…": the bus as the ALSA device's name carries it.
+QString busOf(const DeviceFacts &f)
+{
+    if (!f.bus.isEmpty())
+        return f.bus;
+    for (const char *bus : {"pci", "usb", "platform"})
+        for (const char *prefix : {"alsa_input.", "alsa_output.", "alsa_card."})
+            if (f.name.startsWith(QLatin1String(prefix) + QLatin1String(bus) + QLatin1Char('-')))
+                return QLatin1String(bus);
+    return {};
+}
+
 bool isBluetooth(const DeviceFacts &f)
 {
     return f.bus == QLatin1String("bluetooth") || f.name.startsWith(QLatin1String("bluez_"));
@@ -83,7 +95,7 @@ QString sourceName(const DeviceFacts &f, const QString &text)
 {
     // Ports name the sockets of a card inside the machine; a USB or Bluetooth device is
     // never "Built-in", whatever its port is called.
-    const bool usb = f.bus == QLatin1String("usb");
+    const bool usb = busOf(f) == QLatin1String("usb");
     const bool external = usb || isBluetooth(f);
     if (!external && isInternalMicrophonePort(f))
         return QStringLiteral("Built-in Microphone");
@@ -100,7 +112,7 @@ QString sourceName(const DeviceFacts &f, const QString &text)
 
 QString sinkName(const DeviceFacts &f, const QString &text)
 {
-    const bool external = f.bus == QLatin1String("usb") || isBluetooth(f);
+    const bool external = busOf(f) == QLatin1String("usb") || isBluetooth(f);
     const QString &port = f.portName;
     if (!external &&
         (port.contains(QLatin1String("output-speaker")) || port == QLatin1String("[Out] Speaker")))
@@ -125,6 +137,24 @@ QString deviceName(const DeviceFacts &facts)
         break; // what a sink plays is never a microphone
     }
     return text;
+}
+
+bool isLoopbackSink(const DeviceFacts &facts)
+{
+    if (facts.kind != DeviceKind::Sink)
+        return false;
+    return facts.deviceClass == QLatin1String("abstract") ||
+           facts.factoryName == QLatin1String("support.null-audio-sink");
+}
+
+Transport transportOf(const DeviceFacts &facts)
+{
+    const QString bus = busOf(facts);
+    if (bus == QLatin1String("pci") || bus == QLatin1String("platform"))
+        return Transport::BuiltIn;
+    if (bus == QLatin1String("usb"))
+        return Transport::Usb;
+    return Transport::Virtual;
 }
 
 } // namespace pulse

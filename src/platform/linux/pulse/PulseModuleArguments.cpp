@@ -18,9 +18,27 @@ QString escaped(const QString &text)
     return out;
 }
 
+// As it is, but for what would end a value quoted by `quote` early on PipeWire's parser.
+QString carried(const QString &text, QChar quote)
+{
+    QString out = text;
+    out.replace(QLatin1Char('\''), QChar(0x2019));
+    if (quote == QLatin1Char('"'))
+        out.replace(QLatin1Char('"'), QChar(0x201D));
+    if (out.endsWith(QLatin1Char('\\')))
+        out[out.size() - 1] = QChar(0x2216);
+    return out;
+}
+
 } // namespace
 
-QString argumentValue(const QString &text)
+ArgumentParser argumentParserOf(const QString &serverName)
+{
+    return serverName.contains(QLatin1String("PipeWire")) ? ArgumentParser::PipeWire
+                                                          : ArgumentParser::PulseAudio;
+}
+
+QString argumentValue(const QString &text, ArgumentParser parser)
 {
     const bool plain = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
         return (c.isLetterOrNumber() && c.unicode() < 128) ||
@@ -28,11 +46,15 @@ QString argumentValue(const QString &text)
     });
     if (plain)
         return text;
+    if (parser == ArgumentParser::PipeWire)
+        return QLatin1Char('\'') + carried(text, QLatin1Char('\'')) + QLatin1Char('\'');
     return QLatin1Char('\'') + escaped(text) + QLatin1Char('\'');
 }
 
-QString propertyArgument(const QString &key, const QString &value)
+QString propertyArgument(const QString &key, const QString &value, ArgumentParser parser)
 {
+    if (parser == ArgumentParser::PipeWire)
+        return QStringLiteral("'%1=\"%2\"'").arg(key, carried(value, QLatin1Char('"')));
     // The outer parser keeps the backslashes of a property list (it only needs them to find
     // the closing quote), so one escape serves both.
     return QStringLiteral("'%1=\"%2\"'").arg(key, escaped(value));
