@@ -2,25 +2,21 @@
 // pushed with pictures through the library and libswresample on a clock of the test's own
 // (so it takes seconds), with a pause in the middle. A click played at known wall moments
 // must sit where the pictures' timestamps say, as ffmpeg decodes the file.
-#include "ArrivalClock.h"
-#include "MediaEncoder.h"
 #include "MediaProbe.h"
+#include "TestClockRecording.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <optional>
 #include <random>
-#include <thread>
 #include <vector>
 
 namespace {
 
-constexpr int kRate = 48000;
+using testclock::kRate;
 constexpr int kBuffer = 480;  // 10 ms of sound
 constexpr int kFrameMs = 100; // pictures at 10 fps
 constexpr int kWidth = 160, kHeight = 120;
@@ -28,25 +24,6 @@ constexpr double kSeconds = 600; // wall seconds, pause included
 constexpr double kPauseFrom = 300, kPauseSeconds = 10;
 constexpr double kClicks[] = {5, 150, 450, 595}; // wall seconds
 constexpr double kClickSeconds = 0.02;
-
-std::atomic<double> fakeNow{0};
-double fakeClock()
-{
-    return fakeNow.load();
-}
-
-struct ClockGuard {
-    explicit ClockGuard(bool correct)
-    {
-        mediaencoder::setArrivalClock(fakeClock);
-        mediaencoder::setClockCorrectionEnabled(correct);
-    }
-    ~ClockGuard()
-    {
-        mediaencoder::setArrivalClock(nullptr);
-        mediaencoder::setClockCorrectionEnabled(true);
-    }
-};
 
 bool paused(double wall)
 {
@@ -63,22 +40,10 @@ double fileTime(double wall)
 // left out (whole buffers: 10 s give or take one), or nothing when the library refused.
 std::optional<double> record(const QString &path, double ppm, bool correct)
 {
-    ClockGuard guard(correct);
-    EncoderHandle h = apiEncoderCreate();
-    const QByteArray utf8 = path.toUtf8();
-    apiEncoderSetOutputPath(h, utf8.constData());
-    apiEncoderSetImageSize(h, kWidth, kHeight);
-    apiEncoderSetImageFormat(h, MEDIAENCODER_IMAGE_FORMAT_DEFAULT);
-    apiEncoderSetOutputSize(h, kWidth, kHeight);
-    apiEncoderSetFps(h, 1000.0 / kFrameMs);
-    apiEncoderSetVideoBitrate(h, 500);
-    apiEncoderSetAudioSrcContext(h, 1, kRate, MEDIAENCODER_AUDIO_FORMAT_S32);
-    apiEncoderSetAudioBitrate(h, 6400);
-    apiEncoderSetAudioEncodeContext(h, 1, kRate);
-    if (apiEncoderEncode(h) < 0) {
-        apiEncoderClose(h);
+    testclock::Guard guard(correct);
+    EncoderHandle h = testclock::start(path.toUtf8(), kWidth, kHeight, 1000.0 / kFrameMs, 500);
+    if (!h)
         return std::nullopt;
-    }
     std::vector<uint8_t> pixels(size_t(kWidth) * kHeight * 4, 128);
     VIDEO_PACKET packet{MEDIAENCODER_PIXEL_FORMAT_BGRA, kWidth, kHeight, kWidth * 4, pixels.data(),
                         int32_t(pixels.size())};
@@ -97,7 +62,7 @@ std::optional<double> record(const QString &path, double ppm, bool correct)
             break;
         if (pictureAt <= bufferEnd) {
             if (!paused(pictureAt)) {
-                fakeNow = pictureAt;
+                testclock::now = pictureAt;
                 apiEncoderPushVideo(h, &packet, std::llround(fileTime(pictureAt) * 1000));
             }
             ++frame;
@@ -118,16 +83,12 @@ std::optional<double> record(const QString &path, double ppm, bool correct)
             continue;
         }
         lastArrival = std::max(lastArrival, bufferEnd + 0.02 + jitter(random));
-        fakeNow = lastArrival;
+        testclock::now = lastArrival;
         AudioFrame sound{reinterpret_cast<uint8_t *>(samples.data()),
                          int32_t(samples.size() * sizeof(int32_t))};
         apiEncoderPushAudio(h, &sound);
     }
-    apiEncodePushVideoTrailer(h);
-    apiEncodePushAudioTrailer(h);
-    while (apiEncodeIsDone(h) != 1)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    apiEncoderClose(h);
+    testclock::finish(h);
     return soundCut;
 }
 

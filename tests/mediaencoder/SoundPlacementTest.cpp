@@ -2,34 +2,24 @@
 // just-built route, a screen whose first frame is slow), sound held up on its way, sound
 // that never came. Pushed through the library on a clock of the test's own, a click played
 // at a known wall moment must sit where the pictures show that moment.
-#include "ArrivalClock.h"
-#include "MediaEncoder.h"
 #include "MediaProbe.h"
+#include "TestClockRecording.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cmath>
-#include <thread>
 #include <vector>
 
 namespace {
 
-constexpr int kRate = 48000;
+using testclock::kRate;
 constexpr int kBuffer = 480; // 10 ms
 constexpr int kWidth = 64, kHeight = 48;
 constexpr double kFrameSeconds = 0.1;
 constexpr double kEnd = 3.0;   // wall seconds
 constexpr double kClick = 2.0; // wall seconds
-
-std::atomic<double> fakeNow{0};
-double fakeClock()
-{
-    return fakeNow.load();
-}
 
 struct Take {
     double picturesFrom = 0; // wall second of the first picture, shown at 0 ms
@@ -72,27 +62,20 @@ std::vector<Push> pushesOf(const Take &take)
 // show its moment.
 double clickAgainstPictures(const Take &take)
 {
-    mediaencoder::setArrivalClock(fakeClock);
+    testclock::Guard guard;
     QTemporaryDir dir;
-    const QByteArray path = dir.filePath("take.mp4").toUtf8();
-    EncoderHandle h = apiEncoderCreate();
-    apiEncoderSetOutputPath(h, path.constData());
-    apiEncoderSetImageSize(h, kWidth, kHeight);
-    apiEncoderSetImageFormat(h, MEDIAENCODER_IMAGE_FORMAT_DEFAULT);
-    apiEncoderSetOutputSize(h, kWidth, kHeight);
-    apiEncoderSetFps(h, 1 / kFrameSeconds);
-    apiEncoderSetVideoBitrate(h, 200);
-    apiEncoderSetAudioSrcContext(h, 1, kRate, MEDIAENCODER_AUDIO_FORMAT_S32);
-    apiEncoderSetAudioBitrate(h, 6400);
-    apiEncoderSetAudioEncodeContext(h, 1, kRate);
-    EXPECT_EQ(apiEncoderEncode(h), 0);
+    EncoderHandle h = testclock::start(dir.filePath("take.mp4").toUtf8(), kWidth, kHeight,
+                                       1 / kFrameSeconds, 200);
+    EXPECT_NE(h, nullptr);
+    if (!h)
+        return 1;
 
     std::vector<uint8_t> pixels(size_t(kWidth) * kHeight * 4, 90);
     VIDEO_PACKET packet{MEDIAENCODER_PIXEL_FORMAT_BGRA, kWidth, kHeight, kWidth * 4, pixels.data(),
                         int32_t(pixels.size())};
     std::vector<int32_t> samples(kBuffer);
     for (const Push &push : pushesOf(take)) {
-        fakeNow = take.realTime ? push.arrival : 0;
+        testclock::now = take.realTime ? push.arrival : 0;
         if (push.picture >= 0) {
             const double at = push.picture * kFrameSeconds;
             apiEncoderPushVideo(h, &packet, std::llround(at * 1000));
@@ -108,12 +91,7 @@ double clickAgainstPictures(const Take &take)
                          int32_t(samples.size() * sizeof(int32_t))};
         apiEncoderPushAudio(h, &sound);
     }
-    apiEncodePushVideoTrailer(h);
-    apiEncodePushAudioTrailer(h);
-    while (apiEncodeIsDone(h) != 1)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    apiEncoderClose(h);
-    mediaencoder::setArrivalClock(nullptr);
+    testclock::finish(h);
 
     const std::vector<float> sound = MediaProbe::monoSamples(dir.filePath("take.mp4"));
     size_t i = 0;

@@ -2,14 +2,11 @@
 // alone stops, with the alert, and what was recorded stays; a recording that has the
 // computer's sound too goes on with it. Either way the choice falls back to system sound.
 #include "AppDelegate.h"
-#include "FakePorts.h"
-#include "LinuxPlatform.h"
 #include "Localization.h"
 #include "MediaProbe.h"
 #include "SoundDeskTest.h"
 
 #include <QDir>
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -18,14 +15,10 @@ class MicrophoneLossTest : public SoundDeskTest {};
 
 TEST_F(MicrophoneLossTest, MicrophoneRecordingStopsOthersGoOnAndSystemSoundIsChosen)
 {
-    QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
-    LinuxPlatform desktop;
-    Platform platform = desktop.platform();
-    FakeAlerts alerts; // a real alert would wait for a click
-    platform.alerts = &alerts;
-    std::unique_ptr<AppDelegate> app = AppDelegate::create(platform);
-    TNRecordManager &manager = *app->recordManager();
+    DeskProgram program;
+    std::unique_ptr<AppDelegate> &app = program.app;
+    TNRecordManager &manager = program.manager;
+    FakeAlerts &alerts = program.alerts;
     manager.setRecordVideoType(VideoTypeAudioOnly);
     QTest::qWait(700);
     const qsizetype inputs = app->inputDevicesCount();
@@ -40,7 +33,7 @@ TEST_F(MicrophoneLossTest, MicrophoneRecordingStopsOthersGoOnAndSystemSoundIsCho
         alerts.messages.clear();
         app->audioChangeAction(c.choice);
         ASSERT_EQ(app->audioItemIndex(), c.choice);
-        const QString path = QDir(home.path()).filePath(c.file);
+        const QString path = QDir(program.home.path()).filePath(c.file);
         app->setOutputPath(path);
         QProcess voice;
         playTone(voice, 660, 6, "mic_feed");

@@ -173,6 +173,13 @@ TEST_F(PulseAudioTest, TheNextEnumerationSeesChangesMadeBehindTheAdaptersBack)
         return list;
     };
     ASSERT_TRUE(uids().contains("builtin_mic"));
+    // PipeWire applies a new default a moment after pactl returns (its session manager
+    // decides): what is checked is that the adapter sees it once the server says so.
+    const auto setDefault = [](const char *what, const QString &name) {
+        pactl({QString(what) == "Default Sink" ? "set-default-sink" : "set-default-source", name});
+        for (int i = 0; i < 100 && serverDefault(what) != name; ++i)
+            QTest::qWait(20);
+    };
     QString module;
     struct Step {
         const char *what;
@@ -192,21 +199,16 @@ TEST_F(PulseAudioTest, TheNextEnumerationSeesChangesMadeBehindTheAdaptersBack)
          },
          [&] { EXPECT_FALSE(uids().contains("desk_plugged")); }},
         {"the default input changed",
-         [&] {
-             pactl({"set-default-source", "BlackHole2ch_UID.monitor"});
-         },
+         [&] { setDefault("Default Source", "BlackHole2ch_UID.monitor"); },
          [&] { EXPECT_EQ(EZAudioDevice::currentInputDevice(hardware).UID(), "BlackHole2ch_UID"); }},
-        {"the default output changed",
-         [&] {
-             pactl({"set-default-sink", "BlackHole2ch_UID"});
-         },
+        {"the default output changed", [&] { setDefault("Default Sink", "BlackHole2ch_UID"); },
          [&] {
              EXPECT_EQ(EZAudioDevice::currentOutputDevice(hardware).UID(), "BlackHole2ch_UID");
          }},
         {"the defaults changed back",
          [&] {
-             pactl({"set-default-source", "builtin_mic"});
-             pactl({"set-default-sink", "builtin_out"});
+             setDefault("Default Source", "builtin_mic");
+             setDefault("Default Sink", "builtin_out");
          },
          [&] {
              EXPECT_EQ(EZAudioDevice::currentInputDevice(hardware).UID(), "builtin_mic");

@@ -3,15 +3,12 @@
 // sound as when the microphone is pulled out; the routes are built again once the server is
 // back, and its sound is recorded again; the file holds all of it and reads cleanly.
 #include "AppDelegate.h"
-#include "FakePorts.h"
-#include "LinuxPlatform.h"
 #include "LogCapture.h"
 #include "MediaProbe.h"
 #include "SoundDeskTest.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -29,15 +26,11 @@ protected:
 TEST_F(ServerRestartTest, ARecordingGoesOnThroughARestartAndTheRoutesComeBack)
 {
     LogCapture log;
-    QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
-    const QString path = QDir(home.path()).filePath("restart.mp4");
-    LinuxPlatform desktop;
-    Platform platform = desktop.platform();
-    FakeAlerts alerts; // a real alert would wait for a click
-    platform.alerts = &alerts;
-    std::unique_ptr<AppDelegate> app = AppDelegate::create(platform);
-    TNRecordManager &manager = *app->recordManager();
+    DeskProgram program;
+    const QString path = QDir(program.home.path()).filePath("restart.mp4");
+    std::unique_ptr<AppDelegate> &app = program.app;
+    TNRecordManager &manager = program.manager;
+    FakeAlerts &alerts = program.alerts;
     manager.setRecordVideoType(VideoTypeCustomArea);
     QTest::qWait(700);
     const qsizetype inputs = app->inputDevicesCount();
@@ -46,7 +39,7 @@ TEST_F(ServerRestartTest, ARecordingGoesOnThroughARestartAndTheRoutesComeBack)
 
     QElapsedTimer clock;
     clock.start();
-    startPlainRegionRecording(*app, platform, QRect(0, 0, 320, 240), 25, path);
+    startPlainRegionRecording(*app, program.platform, QRect(0, 0, 320, 240), 25, path);
     QTest::qWait(2000);
     restartServer([&] {
         EXPECT_TRUE(waitFor([&] { return manager.recordAudioType() == AudioTypeSystem; }));

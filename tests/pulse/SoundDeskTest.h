@@ -3,10 +3,13 @@
 // of null sinks on the test desktop's sound server (PulseAudio or PipeWire, as
 // CAPSTAN_SOUND_SERVER chose) for one test suite; a tone player; and a server restart.
 #include "AppDelegate.h"
+#include "FakePorts.h"
+#include "LinuxPlatform.h"
 #include "ScreenCatalog.h"
 
 #include <QProcess>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QTest>
 #include <functional>
 #include <gtest/gtest.h>
@@ -218,3 +221,22 @@ inline void startPlainRegionRecording(AppDelegate &app, const Platform &platform
     manager.setCaptureRect(rect);
     manager.startRecording();
 }
+
+// Capstan on the desktop's own devices, with a home of its own and alerts that do not wait for
+// a click.
+struct DeskProgram {
+    QTemporaryDir home;
+    // Before the platform, whose settings store reads it.
+    bool homeSet = (qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8()), true);
+    LinuxPlatform desktop;
+    FakeAlerts alerts;
+    Platform platform = withAlerts(desktop.platform(), &alerts);
+    std::unique_ptr<AppDelegate> app = AppDelegate::create(platform);
+    TNRecordManager &manager = *app->recordManager();
+
+    static Platform withAlerts(Platform platform, Alerts *alerts)
+    {
+        platform.alerts = alerts;
+        return platform;
+    }
+};
