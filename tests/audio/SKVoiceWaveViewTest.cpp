@@ -129,6 +129,8 @@ TEST(SKVoiceWaveViewThreads, FeedingFromTheAudioThreadWhilePainting)
     container.resize(420, 100);
     auto *view = new WatchedWaveView(QRect(0, 0, 400, 68), &container);
     container.show();
+    // On a real display a window paints only once it is exposed.
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&container));
     std::atomic<bool> stop{false};
     std::atomic<int> fed{0};
     std::thread audio([&] {
