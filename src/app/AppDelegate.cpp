@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 
 #include "Alerts.h"
+#include "FileListWindowController.h"
 #include "Localization.h"
 #include "Permissions.h"
 #include "SettingsKeys.h"
@@ -34,7 +35,11 @@ AppDelegate *AppDelegate::sharedInstance()
 
 AppDelegate::AppDelegate(const Platform &platform) : platform_(platform) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate()
+{
+    // The list window has no parent: it is a window of its own.
+    delete fileList_;
+}
 
 TNRecordManager *AppDelegate::recordManager()
 {

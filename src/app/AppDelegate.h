@@ -4,6 +4,7 @@
 // single point of access; tests build their own with create().
 #include "Permissions.h"
 #include "Platform.h"
+#include "RecordScreenHost.h"
 #include "RecordSessionHost.h"
 #include "TNRecordManager.h"
 
@@ -16,6 +17,13 @@
 #include <mutex>
 
 class EncodeManager;
+class FileListWindowController;
+class HomeMainWindow;
+class MainThreadCall;
+class NSVertProgressView;
+class SKVoiceWaveView;
+class StatusItem;
+class Workspace;
 
 // The watermark text's font: an empty name stands for the system font.
 struct WatermarkFont {
@@ -23,7 +31,10 @@ struct WatermarkFont {
     double pointSize = 20;
 };
 
-class AppDelegate : public QObject, public RecordSessionHost {
+class AppDelegate : public QObject,
+                    public RecordSessionHost,
+                    public RecordScreenHost,
+                    public TNRecordAudioManagerDelegate {
     Q_OBJECT
 public:
     static inline const QString CFBundleName = QStringLiteral("Capstan");
@@ -42,7 +53,7 @@ public:
     EncodeManager &encodeManager();
 
     // Output paths and disk space.
-    QString createoutputPath(bool isVideo);
+    QString createoutputPath(bool isVideo) override;
     QString getFileNameForNowTime() const;
     static QString dateToString(const QDateTime &date);
     QString plistPath() const;
@@ -63,7 +74,7 @@ public:
     void setRecording(bool recording) override { recording_ = recording; }
     bool recording() const { return recording_; }
     QString outputPath() const override { return outputPath_; }
-    void setOutputPath(const QString &path) { outputPath_ = path; }
+    void setOutputPath(const QString &path) override { outputPath_ = path; }
     bool checkCaptureAudio() override;
     bool checkCapture(bool showAlert) override;
     bool isCaptrue() const override { return isCaptrue_; }
@@ -76,7 +87,9 @@ public:
     void setTimeSetsBtnEnabled(bool enabled) override { timeSetsBtnEnabled_ = enabled; }
     bool timeSetsBtnEnabled() const { return timeSetsBtnEnabled_; }
     RecordOverlayWindow *recordWC() override { return recordWC_; }
-    void setRecordWC(RecordOverlayWindow *overlay) { recordWC_ = overlay; }
+    void setRecordWC(RecordOverlayWindow *overlay) override { recordWC_ = overlay; }
+    std::unique_ptr<RecordScreenWindowController>
+    makeRecordScreenWindowController(const ScreenInfo &screen) override;
     void setRecordCurrentTimeLabel(const QString &text) override;
     QString recordCurrentTimeLabel() const { return recordCurrentTimeLabel_; }
     void setRecordFileSizeLabel(const QString &text) override;
@@ -91,6 +104,49 @@ public:
     // The latest camera pictures, for the views that show them.
     QImage floatingCameraImage() const { return floatingCameraImage_; }
     QImage recordingCameraImage() const { return recordingCameraImage_; }
+
+    // The main window (AppDelegate_window.cpp): built once, then driven by the actions.
+    void setWindow(HomeMainWindow *window);
+    HomeMainWindow *homeMainWindow() const { return window_; }
+    void applicationDidFinishLaunching();
+    void showHomeMainWindow();
+    bool applicationShouldHandleReopen();
+    // A close of the main window: false hides it instead.
+    bool homeMainWindowShouldClose();
+    // Opens a file with the desktop's default application, and shows one in its folder.
+    void setWorkspace(Workspace *workspace) { workspace_ = workspace; }
+    void enterFileListAction();
+    FileListWindowController *fileListWindowController() const { return fileList_; }
+    StatusItem *statusItem() const { return statusItem_; }
+
+    // Source selection (AppDelegate_source.cpp).
+    void fullScreenClicked(int tag);
+    void areaChangeAction();
+    void screenItemChange();
+    void frameChangeAction();
+    void fpsChangeAction();
+    void captrueChangeAction();
+    void audioExpChangeAction();
+    void backHomeAction();
+    bool isCanKeyEvent() const { return isCanKeyEvent_; }
+    int screenItemIndex() const override;
+    int screenItemCount() const override;
+
+    // The record flow (AppDelegate_record.cpp).
+    void recordAfterScreenClicked();
+    void recordVideo();
+    void recordAudio();
+    void pauseOrResumeAction();
+    void recordScreenTimeDuration(int32_t seconds) override;
+    void screenshort();
+    QImage getmainDesktopImage() const;
+    QString saveImage(const QImage &image);
+    void OnorOffCaptrueCamera();
+    void showDoodleToolAction();
+    void disableSourceControls() override;
+    void showRecordingControls() override;
+    float fileDuration() const { return fileDuration_.load(); }
+    float fileSize() const { return fileSize_.load(); }
 
     // The end of a run: the sound session stops and the two aggregates go.
     void applicationWillTerminate();
@@ -120,9 +176,10 @@ public:
     void setVoiceContentViewSize(const QSizeF &size);
     bool voiceContentViewIsLocked() const override { return voiceContentViewLocked_; }
     void setVoiceContentViewLocked(bool locked) { voiceContentViewLocked_ = locked; }
+    // Fed from the audio thread: the views are published through atomics once made.
     void appendWaveformValue(double value) override;
-    void updateSampleData() override { emit sampleDataChanged(); }
-    void setProgress(LevelBar bar, float value) override { progress_[int(bar)] = value; }
+    void updateSampleData() override;
+    void setProgress(LevelBar bar, float value) override;
     float progress(LevelBar bar) const { return progress_[int(bar)]; }
 
     // Watermarks.
@@ -162,7 +219,7 @@ public:
     void setIsShowMouse(bool on);
     bool isMouseClickEffect() const;
     void setIsMouseClickEffect(bool on);
-    bool isShowReverseTime() const { return isShowReverseTime_; }
+    bool isShowReverseTime() const override { return isShowReverseTime_; }
     bool isCaptrueMirror() const { return isCaptrueMirror_; }
     const WatermarkFont &textWatermarkFont() const { return textWatermarkFont_; }
     const QColor &textWatermarkColor() const { return textWatermarkColor_; }
@@ -193,11 +250,35 @@ private:
     void loadSettings();
     bool permissionGranted(MediaType type, bool showAlert, MediaType requestType);
     void applyBoxAudioType(quint64 type);
+    void connectWindowActions();
+    void fillPopups();
+    void switchControlsToRecording(bool cameraRoad, bool audioRoad);
+    void stopSequence();
+    void showTick(int seconds);
+    void publishLevelViews();
+    bool createOutputFolder();
 
     Platform platform_;
     std::unique_ptr<TNRecordManager> recordManager_;
 
-    bool recording_ = false;
+    HomeMainWindow *window_ = nullptr;
+    StatusItem *statusItem_ = nullptr;
+    FileListWindowController *fileList_ = nullptr;
+    Workspace *workspace_ = nullptr;
+    MainThreadCall *tickCall_ = nullptr;
+    bool isCanKeyEvent_ = false;
+    // Written by the tick on the capture thread, read for the labels and the list.
+    std::atomic<float> fileDuration_{0};
+    std::atomic<float> fileSize_{0};
+    std::atomic<int> recordProgressNum_{-1};
+    std::atomic<int> tickSeconds_{0};
+    double autoStop_Duration_ = 0;
+    double autoStop_StartTime_ = 0;
+    bool isAutoStop_ = false;
+    bool isAutoStopOnce_ = false;
+    bool isAutoSplitOnce_ = false;
+
+    std::atomic<bool> recording_ = false;
     QString outputPath_;
     bool isCaptrue_ = false;
     uint32_t selectedWindowNumber_ = 0;
@@ -213,7 +294,8 @@ private:
     QString audioIm_;
     mutable std::mutex voiceMutex_; // the view's size and the waveform's values
     QSizeF voiceContentViewSize_;
-    QList<double> waveformValues_;
+    std::atomic<SKVoiceWaveView *> voiceView_{nullptr};
+    std::atomic<NSVertProgressView *> progressViews_[3] = {nullptr, nullptr, nullptr};
     std::atomic<bool> voiceContentViewLocked_{false};
     std::atomic<float> progress_[3] = {0.0f, 0.0f, 0.0f};
     QImage floatingCameraImage_;

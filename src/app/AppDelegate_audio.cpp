@@ -3,16 +3,12 @@
 
 #include "Alerts.h"
 #include "AudioDeviceNames.h"
+#include "HomeMainWindow.h"
 #include "Localization.h"
+#include "NSVertProgressView.h"
+#include "SKVoiceWaveView.h"
 #include "SettingsKeys.h"
 #include "UserDefaults.h"
-
-namespace {
-
-// Waveform values kept for a view that has not drawn them yet.
-constexpr qsizetype kWaveformBacklog = 4096;
-
-} // namespace
 
 void AppDelegate::applicationWillTerminate()
 {
@@ -22,6 +18,11 @@ void AppDelegate::applicationWillTerminate()
 bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed()
 {
     TNRecordManager &manager = *recordManager();
+    // The views stop being fed before anything else goes.
+    voiceView_ = nullptr;
+    for (auto &view : progressViews_)
+        view = nullptr;
+    manager.captrueVideoInputEnable(false);
     manager.captrueAudioInputEnable(false);
     manager.destroyAggregatesAtQuit();
     return true;
@@ -32,13 +33,6 @@ void AppDelegate::storeDeviceLists(const QList<EZAudioDevice> &inputs,
 {
     inputDevices_ = inputs;
     outputDevices_ = outputs;
-}
-
-void AppDelegate::recordScreenClicked()
-{
-    // The record flow's toggle; here it only ever stops a running recording.
-    if (recording_)
-        recordManager()->stopRecording();
 }
 
 void AppDelegate::showMicrophoneMissing()
@@ -141,8 +135,28 @@ void AppDelegate::setVoiceContentViewSize(const QSizeF &size)
 
 void AppDelegate::appendWaveformValue(double value)
 {
-    std::lock_guard lock(voiceMutex_);
-    waveformValues_.append(value);
-    if (waveformValues_.size() > kWaveformBacklog)
-        waveformValues_.remove(0, waveformValues_.size() - kWaveformBacklog);
+    if (SKVoiceWaveView *view = voiceView_.load(std::memory_order_acquire))
+        view->appendWaveformValue(value, recording());
+}
+
+void AppDelegate::updateSampleData()
+{
+    if (SKVoiceWaveView *view = voiceView_.load(std::memory_order_acquire))
+        view->updateSampleData();
+    emit sampleDataChanged();
+}
+
+void AppDelegate::setProgress(LevelBar bar, float value)
+{
+    progress_[int(bar)] = value;
+    if (NSVertProgressView *view = progressViews_[int(bar)].load(std::memory_order_acquire))
+        view->setProgress(value);
+}
+
+void AppDelegate::publishLevelViews()
+{
+    progressViews_[int(LevelBar::Main)] = window_->progressView;
+    progressViews_[int(LevelBar::System)] = window_->systemProgress;
+    progressViews_[int(LevelBar::Micphone)] = window_->micphoneProgress;
+    voiceView_ = window_->voiceContentView;
 }

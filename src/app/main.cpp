@@ -1,13 +1,19 @@
-// Capstan: starts the application controller, reports the screens and sound devices
-// it finds, and runs until the user or the session ends it.
+// Capstan: starts the application controller and its main window, and runs until the
+// user or the session ends it.
 #include "AppDelegate.h"
+#include "DesktopWorkspace.h"
 #include "EZAudioDevice.h"
+#include "HomeMainWindow.h"
 #include "LinuxPlatform.h"
+#include "Localization.h"
 #include "Log.h"
 #include "ScreenCatalog.h"
 #include "SignalWatcher.h"
+#include "UserDefaults.h"
 
 #include <QApplication>
+#include <cstdio>
+#include <cstdlib>
 
 using capstan::NSLog;
 
@@ -35,15 +41,29 @@ int main(int argc, char *argv[])
     SignalWatcher watcher;
     QObject::connect(&watcher, &SignalWatcher::terminationRequested, &app, [](int signalNumber) {
         NSLog(lcApp, "signal %d: quitting", signalNumber);
-        QApplication::quit();
+        // exit, not quit: quit would first ask the windows to close, and a recording keeps
+        // the main window from closing.
+        QApplication::exit(0);
     });
 
+    Localization::installLanguage(QStringLiteral("en"));
     LinuxPlatform linuxPlatform;
     AppDelegate::installSharedPlatform(linuxPlatform.platform());
     AppDelegate *delegate = AppDelegate::sharedInstance();
     logScreensAndDevices(delegate->platform());
+    DesktopWorkspace workspace;
+    delegate->setWorkspace(&workspace);
+    HomeMainWindow window;
+    delegate->setWindow(&window);
+    delegate->applicationDidFinishLaunching();
     NSLog(lcApp, "ready");
     const int status = QApplication::exec();
     delegate->applicationWillTerminate();
-    return status;
+    linuxPlatform.platform().defaults->synchronize();
+    NSLog(lcApp, "quit");
+    // The process ends here, as the original's exit did: a recording that still runs is not
+    // closed (its file stays playable), and nothing is torn down under threads that may still
+    // deliver a frame or a sound buffer.
+    std::fflush(nullptr);
+    std::_Exit(status);
 }

@@ -10,6 +10,9 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <memory>
+
+struct ScreenInfo;
 
 // The overlay window of a screen recording, as the session's stop closes it.
 class RecordOverlayWindow {
@@ -17,6 +20,17 @@ public:
     virtual ~RecordOverlayWindow() = default;
     virtual void removeRecordScreenView() = 0;
     virtual void orderOut() = 0;
+};
+
+// One screen's overlay before and during a screen recording. The host makes them; the
+// session keeps them, one per screen, in the order of the screens.
+class RecordScreenWindowController : public RecordOverlayWindow {
+public:
+    virtual const ScreenInfo &screen() const = 0;
+    // Covers the screen; for a whole-screen recording goes on by itself to the start.
+    virtual void startRecorderScreen() = 0;
+    // Closes the window and forgets the session.
+    virtual void cleanup() = 0;
 };
 
 // How a text watermark looks: an empty font name stands for the system font.
@@ -66,6 +80,9 @@ public:
     virtual void setTimeSetsBtnEnabled(bool enabled) = 0;
     // Null while no overlay is open.
     virtual RecordOverlayWindow *recordWC() = 0;
+    // A new overlay for the screen; null where the host shows none.
+    virtual std::unique_ptr<RecordScreenWindowController>
+    makeRecordScreenWindowController(const ScreenInfo &screen) = 0;
     // Called on the main thread.
     virtual void setRecordCurrentTimeLabel(const QString &text) = 0;
     virtual void setRecordFileSizeLabel(const QString &text) = 0;

@@ -26,6 +26,7 @@
 #include <mutex>
 #include <optional>
 #include <utility>
+#include <vector>
 
 class QPainter;
 class QTimer;
@@ -50,6 +51,20 @@ public:
     void stopRecording();
     void stopCapture();
     void timerDurationTimeOut();
+
+    // The screen road (TNRecordManager_overlays.cpp): permission, then one overlay per screen.
+    void startRecordScreen();
+    void readyToRecordScreen();
+    void clearRecordWindowControllerArray();
+    // Drops the overlay of the given screen (the first found): its window goes.
+    void removeRecordWindowController(const ScreenInfo &screen);
+    // A region stands on one screen: the first overlay of another screen goes.
+    void removeFirstOtherScreenController(const ScreenInfo &screen);
+    const std::vector<std::unique_ptr<RecordScreenWindowController>> &
+    recordWindowControllerArray() const
+    {
+        return recordWindowControllerArray_;
+    }
 
     void captrueScreenInputEnable(bool enable);
     void captrueVideoInputEnable(bool enable);
@@ -177,6 +192,7 @@ private:
     // its bounds.
     WindowMatch matchSelectedWindow(CGWindowID number);
     void walkWindowsAtStart();
+    void retire(std::vector<std::unique_ptr<RecordScreenWindowController>>::iterator controller);
 
     // A frame or sound buffer let through the gate, until it has been pushed. The stop
     // waits until none is left, so nothing let through for one recording reaches the
@@ -258,6 +274,8 @@ private:
     QList<CGWindowID> exceptWinodwArray_;
     QList<CGWindowID> onScreenWindows_;
     std::atomic<quint64> status_{RecordStatusIdle};
+    std::vector<std::unique_ptr<RecordScreenWindowController>> recordWindowControllerArray_;
+    std::vector<std::unique_ptr<RecordScreenWindowController>> retiredControllers_;
     std::optional<ScreenInfo> screen_;
     qint64 screenNumber_ = 0;
     mutable std::mutex captureRectMutex_;

@@ -199,3 +199,10 @@ bool addRecordToList(const QString &plistPath, const RecordingRecord &record)
     }
     return true;
 }
+
+void removeRecordingFromList(RecordingList &list, const QString &plistPath, const QString &path)
+{
+    list.removeRecordsWithPath(path);
+    list.replaceFile(plistPath);
+    std::remove(QFile::encodeName(path).constData());
+}

@@ -55,3 +55,8 @@ private:
 // Adds one record at the front of the list in the file: read, insert, delete, write.
 // A failed write logs "存储数据失败"; the old list is gone then, as the delete came first.
 bool addRecordToList(const QString &plistPath, const RecordingRecord &record);
+
+// Removes a recording: every record of path leaves the list, the list file is replaced
+// (deleted, then written), then the media file itself is deleted. Neither failure is
+// reported: a file that cannot be deleted stays, while its records are gone all the same.
+void removeRecordingFromList(RecordingList &list, const QString &plistPath, const QString &path);

@@ -53,6 +53,11 @@ public:
         events << (on ? "timeSets:on" : "timeSets:off");
     }
     RecordOverlayWindow *recordWC() override { return overlayOpen ? this : nullptr; }
+    std::unique_ptr<RecordScreenWindowController>
+    makeRecordScreenWindowController(const ScreenInfo &) override
+    {
+        return nullptr;
+    }
     void setRecordCurrentTimeLabel(const QString &text) override { timeLabel = text; }
     void setRecordFileSizeLabel(const QString &text) override { sizeLabel = text; }
     QString systemFreeSpace() const override { return "12.50 G"; }

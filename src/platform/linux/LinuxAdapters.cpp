@@ -3,6 +3,7 @@
 #include "ScreenGeometry.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
@@ -32,7 +33,13 @@ QString XdgStandardFolders::cachesFolder() const
 
 FileSystemAttributes XdgStandardFolders::attributesOfFileSystemForPath(const QString &path) const
 {
-    QStorageInfo storage(path);
+    // A folder not made yet (a fresh home has no ~/.cache) lies on its nearest parent's
+    // file system.
+    QFileInfo existing(path);
+    while (!existing.exists() && !existing.isRoot() &&
+           existing.absoluteFilePath() != QStringLiteral("/"))
+        existing = QFileInfo(existing.absolutePath());
+    QStorageInfo storage(existing.absoluteFilePath());
     if (!storage.isValid())
         return {};
     return {storage.bytesAvailable(), storage.bytesTotal()};
