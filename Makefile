@@ -22,6 +22,7 @@ bench: build
 	./build/bench/encoder/bench_encoder
 	eval "$$(DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start)" && \
 	  ./build/bench/record_screen/bench_record_screen && \
+	  ./build/bench/ui_record/bench_ui_record && \
 	  ./build/bench/device_watch/bench_device_watch; \
 	  DESK_STATE=/tmp/capstan-bench scripts/test-desktop stop
 

@@ -242,7 +242,6 @@ signals:
     void stateMenuItemsNeedRefresh();
     void recordLabelsChanged();
     void cameraImageChanged(bool recordingView);
-    void sampleDataChanged();
 
 private:
     explicit AppDelegate(const Platform &platform);

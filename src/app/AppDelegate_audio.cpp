@@ -143,7 +143,6 @@ void AppDelegate::updateSampleData()
 {
     if (SKVoiceWaveView *view = voiceView_.load(std::memory_order_acquire))
         view->updateSampleData();
-    emit sampleDataChanged();
 }
 
 void AppDelegate::setProgress(LevelBar bar, float value)

@@ -48,6 +48,13 @@ void AppDelegate::setWindow(HomeMainWindow *window)
     window_->voiceWaveView->hide();
     window_->infoView->hide();
     window_->onlyAudioStrip->hide();
+    // The watermark picture the user chose earlier, if it can still be read.
+    const QString imagePath =
+        platform_.defaults->stringForKey(QString::fromLatin1(Keys::WatermarkImagePath));
+    if (!imagePath.isEmpty() &&
+        QDBookmark(*platform_.defaults)
+            .BookmarkStartAccessingSecurityScopedResourceWithFilePath(imagePath))
+        setWatermarkImage(QImage(imagePath));
 
     // A split rule of 0 means the defaults: 20 minutes, 10 (hundred) megabytes.
     const qint64 splitTime = platform_.defaults->integerForKey(Keys::SplitTime);
@@ -137,8 +144,11 @@ bool AppDelegate::homeMainWindowShouldClose()
     // Another window of ours still open keeps the program: the main window only hides.
     const QWidgetList windows = QApplication::topLevelWidgets();
     const bool otherVisible = std::any_of(windows.cbegin(), windows.cend(), [this](QWidget *w) {
+        // Windows the window manager does not manage (the tray icon's own, overlays) are
+        // no windows a user could close.
         return w != window_ && w->isVisible() && w->isWindow() &&
-               !(w->windowFlags() & (Qt::Popup & ~Qt::Window)) && w->windowType() != Qt::Popup &&
+               !w->testAttribute(Qt::WA_DontShowOnScreen) &&
+               !(w->windowFlags() & Qt::BypassWindowManagerHint) && w->windowType() != Qt::Popup &&
                w->windowType() != Qt::ToolTip;
     });
     if (otherVisible || recordManager()->status() == RecordStatusRecording) {

@@ -213,11 +213,9 @@ void HomeMainWindow::buildInfoView()
     infoContentView =
         panel(infoView, QRect(0, 0, kWidth, kSourceHeight - 30), QStringLiteral("infoContentView"));
     // The top row stays in every mode, camera mode included.
-    backhomeBtn =
-        namedButton(infoView, QRect(12, 10, 24, 24), QStringLiteral("btnBackHome_Normal"),
-                    QStringLiteral("btnBackHome_On"), QStringLiteral("backhomeBtn"));
-    chooseViewItemBox =
-        popup(infoView, QRect(44, 9, 150, 26), QStringLiteral("chooseViewItemBox"));
+    backhomeBtn = namedButton(infoView, QRect(12, 10, 24, 24), QStringLiteral("btnBackHome_Normal"),
+                              QStringLiteral("btnBackHome_On"), QStringLiteral("backhomeBtn"));
+    chooseViewItemBox = popup(infoView, QRect(44, 9, 150, 26), QStringLiteral("chooseViewItemBox"));
     screenItemBoxContentView =
         panel(infoView, QRect(204, 7, 190, 30), QStringLiteral("screenItemBoxContentView"));
     screenItempopBtn =
@@ -331,9 +329,9 @@ void HomeMainWindow::buildToolButtons()
                         QString::fromLatin1(tool.hovered), QString::fromLatin1(tool.description));
         x += 40;
     }
-    startSetsBtn = namedButton(infoView, QRect(kWidth - 35, 10, 24, 24),
-                               QStringLiteral("btnTiming_Normal"), QStringLiteral("btnTiming_On"),
-                               QStringLiteral("startSetsBtn"));
+    startSetsBtn =
+        namedButton(infoView, QRect(kWidth - 35, 10, 24, 24), QStringLiteral("btnTiming_Normal"),
+                    QStringLiteral("btnTiming_On"), QStringLiteral("startSetsBtn"));
 }
 
 void HomeMainWindow::buildCameraView()
@@ -396,18 +394,11 @@ bool HomeMainWindow::isShownToUser() const
 void HomeMainWindow::setShownToUser(bool shown)
 {
     setWindowOpacity(shown ? 1.0 : 0.0);
-    // Click-through while hidden; a change of the flag makes the window anew, so it is
-    // shown again at once (it stays a live window either way).
-    if (testAttribute(Qt::WA_TransparentForMouseEvents) == shown) {
-        const bool wasVisible = isVisible();
-        const QPoint place = pos();
-        setAttribute(Qt::WA_TransparentForMouseEvents, !shown);
-        setWindowFlag(Qt::WindowTransparentForInput, !shown);
-        if (wasVisible) {
-            move(place);
-            show();
-        }
-    }
+    // Click-through while hidden. On the live native window: a change of the widget's flag
+    // would make the window anew, and the window manager's frame would keep the input.
+    setAttribute(Qt::WA_TransparentForMouseEvents, !shown);
+    if (QWindow *native = windowHandle())
+        native->setFlag(Qt::WindowTransparentForInput, !shown);
 }
 
 void HomeMainWindow::closeEvent(QCloseEvent *event)

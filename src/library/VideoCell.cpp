@@ -44,8 +44,7 @@ namespace {
 class VideoCellAccessible : public QAccessibleWidget {
 public:
     explicit VideoCellAccessible(VideoCell *cell) : QAccessibleWidget(cell, QAccessible::ListItem)
-    {
-    }
+    {}
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();

@@ -15,6 +15,7 @@ import plistlib
 import re
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
@@ -326,6 +327,75 @@ def monitors():
     return found
 
 
+def main_monitor():
+    """The main display (x, y, width, height): the RandR monitor marked primary ("*"), else the
+    first, as X clients take it when none is marked."""
+    out = subprocess.run(["xrandr", "--listmonitors"], capture_output=True, text=True,
+                         check=True).stdout
+    for line in out.splitlines()[1:]:
+        m = re.search(r"^\s*\d+: \+?\*\S+ (\d+)/\d+x(\d+)/\d+\+(\d+)\+(\d+)", line)
+        if m:
+            w, h, x, y = map(int, m.groups())
+            return (x, y, w, h)
+    return monitors()[0]
+
+
+def x_property(name, window_id=None):
+    """An X window's property as xprop prints it after its name and type ("= 0",
+    ": window id # 0x1, 0x2"), or None when the window has none; the root's without an id."""
+    where = ["-root"] if window_id is None else ["-id", str(window_id)]
+    out = subprocess.run(["xprop", *where, name], capture_output=True, text=True, timeout=20)
+    if out.returncode != 0:
+        raise RuntimeError(f"xprop {' '.join(where)} {name}: {out.stderr.strip()}")
+    m = re.match(r"^\S+\([^)]*\)\s*[=:]\s*(.*)$", out.stdout.strip())
+    return m.group(1) if m else None  # "not found." or "no such atom on any window."
+
+
+def window_opacity(window_id):
+    """The opacity a compositor gives an X window (_NET_WM_WINDOW_OPACITY), 0 to 1; 1 without
+    the property."""
+    value = x_property("_NET_WM_WINDOW_OPACITY", window_id)
+    return 1.0 if value is None else int(value.split(",")[0]) / 0xFFFFFFFF
+
+
+def stacking_order():
+    """The managed X windows (their client windows' ids), bottom to top."""
+    value = x_property("_NET_CLIENT_LIST_STACKING") or ""
+    return [int(v, 16) for v in re.findall(r"0x[0-9a-fA-F]+", value)]
+
+
+class PointerCatcher:
+    """A plain X window (xev's) at a place of the screen that notes every button press it gets:
+    laid under a window, it tells whether clicks there go through that window."""
+
+    def __init__(self, rect, name="capstan-e2e-catcher"):
+        self.rect = rect
+        self.name = name
+        self.process = None
+        self.window_id = None
+
+    def __enter__(self):
+        x, y, w, h = self.rect
+        self._output = tempfile.TemporaryFile(mode="w+")
+        self.process = subprocess.Popen(
+            ["xev", "-name", self.name, "-geometry", f"{w}x{h}+{x}+{y}", "-event", "button"],
+            stdout=self._output, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL)
+        self.window_id = int(wait_until(
+            lambda: next(iter(x_windows("--onlyvisible", "--name", f"^{self.name}$")), None),
+            10, f"the window {self.name!r}"))
+        return self
+
+    def presses(self):
+        """How many button presses reached the window."""
+        self._output.seek(0)
+        return self._output.read().count("ButtonPress event")
+
+    def __exit__(self, *exc):
+        self.process.terminate()
+        self.process.wait(10)
+        self._output.close()
+
+
 # ---------------------------------------------------------------------------------------------
 # Files and media
 
@@ -339,6 +409,15 @@ def write_plist(path, records):
     os.makedirs(os.path.dirname(path), exist_ok=True)
     with open(path, "wb") as f:
         plistlib.dump(records, f, fmt=plistlib.FMT_XML)
+
+
+def png_size(path):
+    """(width, height) of a PNG file, from its header."""
+    with open(path, "rb") as f:
+        head = f.read(24)
+    if head[:8] != b"\x89PNG\r\n\x1a\n" or head[12:16] != b"IHDR":
+        raise AssertionError(f"{path} is not a PNG file")
+    return struct.unpack(">II", head[16:24])
 
 
 def probe(path):
@@ -433,6 +512,18 @@ def sound_modules():
     return modules
 
 
+def aggregate_devices():
+    """The names of the program's aggregate devices ("MR-OutputDevice", "MR-InputDevice") that
+    the sound server has as sinks or sources (they are found by their description)."""
+    found = set()
+    for kind in ("sinks", "sources"):
+        for device in json.loads(pactl("--format=json", "list", kind) or "[]"):
+            description = device.get("description") or ""
+            if description.startswith("MR-"):
+                found.add(description)
+    return found
+
+
 class SoundDesk:
     """The desk's sound server as a test found it: the program reroutes sound (aggregate
     devices, new defaults) while it runs, and a program killed on a hung quit leaves that
@@ -497,6 +588,80 @@ def duration_text(seconds):
 
 
 # ---------------------------------------------------------------------------------------------
+# The desktop's handlers, as test doubles that note what the program asked of them
+
+
+class DefaultApplication:
+    """The desktop's default application for some file types, in a home of the program's: a
+    small script that notes each argument it is started with, made the default for the types
+    with xdg-mime, so that xdg-open (the desktop's way of opening a file) starts it."""
+
+    def __init__(self, app, mime_types, name="capstan-e2e-opener"):
+        self.log_path = os.path.join(app.home, f"{name}.log")
+        script = os.path.join(app.home, name)
+        with open(script, "w") as f:
+            f.write(f"#!/bin/sh\nprintf '%s\\n' \"$@\" >> '{self.log_path}'\n")
+        os.chmod(script, 0o755)
+        applications = os.path.join(app.data_home, "applications")
+        os.makedirs(applications, exist_ok=True)
+        with open(os.path.join(applications, f"{name}.desktop"), "w") as f:
+            f.write("[Desktop Entry]\nType=Application\nName=Capstan test opener\n"
+                    f"Exec={script} %f\nMimeType={';'.join(mime_types)};\nNoDisplay=true\n")
+        env = dict(os.environ, HOME=app.home, XDG_DATA_HOME=app.data_home,
+                   XDG_CONFIG_HOME=app.config_home)
+        subprocess.run(["xdg-mime", "default", f"{name}.desktop", *mime_types], env=env,
+                       check=True, capture_output=True, timeout=20)
+
+    def opened(self):
+        """The arguments the application was started with, in order."""
+        try:
+            with open(self.log_path) as f:
+                return f.read().splitlines()
+        except FileNotFoundError:
+            return []
+
+
+class FakeFileManager:
+    """The desktop's file manager on the session bus (org.freedesktop.FileManager1), as
+    fake_file_manager.py stands in for it; calls() are the calls it answered."""
+
+    def __init__(self):
+        self.process = None
+
+    def __enter__(self):
+        handle, self.log_path = tempfile.mkstemp(prefix="capstan-e2e-file-manager-")
+        os.close(handle)
+        self._output = tempfile.TemporaryFile(mode="w+")
+        script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_file_manager.py")
+        self.process = subprocess.Popen([sys.executable, "-B", script, self.log_path],
+                                        stdout=self._output, stderr=subprocess.STDOUT,
+                                        stdin=subprocess.DEVNULL)
+
+        def said():
+            self._output.seek(0)
+            text = self._output.read()
+            if "ready" in text:
+                return True
+            if self.process.poll() is not None:
+                raise Abort(f"the fake file manager could not own its name: {text.strip()}")
+            return False
+
+        wait_until(said, 10, "the fake file manager on the session bus")
+        return self
+
+    def calls(self):
+        """[(method, [uris], startup id)] in the order they came."""
+        with open(self.log_path) as f:
+            return [tuple(json.loads(line)) for line in f if line.strip()]
+
+    def __exit__(self, *exc):
+        self.process.terminate()
+        self.process.wait(10)
+        self._output.close()
+        os.unlink(self.log_path)
+
+
+# ---------------------------------------------------------------------------------------------
 # The program
 
 
@@ -531,6 +696,7 @@ class Capstan:
                 f.write(f'XDG_{name}_DIR="$HOME/{folder}"\n')
         self.process = None
         self.app = None
+        self.extra_environment = {}
         self.exit_status = None
         self.killed = False
         self.log = ""
@@ -547,6 +713,7 @@ class Capstan:
             LANGUAGE="en",
             LC_ALL="C.UTF-8",
         )
+        env.update(self.extra_environment)
         return env
 
     # -- life
@@ -594,6 +761,14 @@ class Capstan:
                 self.killed = True
                 self.process.kill()
                 self.process.wait(10)
+        self.exit_status = self.process.returncode
+        self.log = self.read_log()
+        self.app = None
+        return self.exit_status
+
+    def wait_exit(self, timeout=10):
+        """Waits for the program to end by itself; its exit status."""
+        wait_until(lambda: self.process.poll() is not None, timeout, "capstan to exit")
         self.exit_status = self.process.returncode
         self.log = self.read_log()
         self.app = None
@@ -718,9 +893,9 @@ class Capstan:
         """Clicks the middle of acc, as a user with a mouse does."""
         click(*self.point(acc), button, repeat)
 
-    def geometry(self, window):
-        """A window's (x, y, width, height) by AT-SPI, checked against its X window as
-        xdotool reads it."""
+    def x_window(self, window):
+        """The X window of one of the program's windows (the one of its title and size):
+        (id, (x, y, width, height) as xdotool reads it)."""
         rect = extents(window)
         candidates = []
         for wid in x_windows("--onlyvisible", "--pid", self.process.pid):
@@ -731,13 +906,24 @@ class Capstan:
             except RuntimeError:
                 continue  # gone meanwhile
             if geometry[2:] == rect[2:]:
-                if geometry != rect:
-                    raise AssertionError(f"{describe(window)}: AT-SPI says {rect}, X says "
-                                         f"{geometry} (window {wid})")
-                return rect
+                return int(wid), geometry
             candidates.append((wid, geometry))
         raise AssertionError(f"no X window of capstan named {window.name!r} with the size of "
                              f"{rect}: {candidates}")
+
+    def geometry(self, window):
+        """A window's (x, y, width, height) by AT-SPI, checked against its X window as
+        xdotool reads it."""
+        rect = extents(window)
+        wid, geometry = self.x_window(window)
+        if geometry != rect:
+            raise AssertionError(f"{describe(window)}: AT-SPI says {rect}, X says {geometry} "
+                                 f"(window {wid})")
+        return rect
+
+    def opacity(self, window=None):
+        """How opaque the window (the main window unless told) is on the screen, 0 to 1."""
+        return window_opacity(self.x_window(window or self.main_window())[0])
 
     def alert(self, text=None, key=None, timeout=5):
         """Waits for a dialog (a QMessageBox) showing text, or a widget described key."""
@@ -781,13 +967,33 @@ class Capstan:
 
         return self.wait(find_icon, timeout, "capstan's icon in the tray")
 
+    def click_tray_icon(self, button=1):
+        x, y, w, h = x_geometry(self.tray_icon())
+        click(x + w // 2, y + h // 2, button)
+
     def open_tray_menu(self, button=3, timeout=5):
         """Clicks the tray icon (right: its menu) and returns the menu that opens."""
-        x, y, w, h = x_geometry(self.tray_icon())
         with PopupWatch() as watch:
-            click(x + w // 2, y + h // 2, button)
+            self.click_tray_icon(button)
             return self.wait(lambda: next(iter(watch.menus()), None) or self._shown_menu(),
                              timeout, "the tray menu")
+
+    def choose_tray_item(self, key, fallback=None, button=3, timeout=5):
+        """Opens the tray icon's menu (button 3: the right click's, 2: the middle click's) and
+        clicks its item titled with the English text of key, as a user does; waits for the menu
+        to close. When the item was clicked, by the monotonic clock."""
+        title = english_text(key, fallback)
+        menu = self.open_tray_menu(button, timeout)
+        item = next((c for c in menu if c is not None and c.getRoleName() == "menu item" and
+                     c.name == title), None)
+        if item is None or not is_enabled(item):
+            items = menu_items(menu)
+            self.close_menu(menu)
+            raise AssertionError(f"the tray menu has no enabled item {title!r}: {items}")
+        click(*centre(item))
+        clicked = time.monotonic()
+        self.wait(lambda: not is_showing(menu), timeout, "the tray menu to close")
+        return clicked
 
     def _shown_menu(self):
         for w in self.windows():
@@ -855,6 +1061,22 @@ class Capstan:
         pressed = time.monotonic()
         self.widget("btnStartRecrord", role="push button", timeout=timeout)
         return pressed
+
+    # -- the list of recordings
+
+    def open_file_list(self):
+        """Opens the list of recordings from a full-screen source screen; its window."""
+        self.main_window()
+        self.enter_source("Main_Full_Screen")
+        self.press("fileListBtn")
+        files = self.window(desc="FileListWindowController")
+        self.widget("tableView", root=files)
+        return files
+
+    def row_names(self, files, count, timeout=5):
+        """Waits for the list window to show count rows; their names, top down."""
+        return self.wait(lambda: (lambda names: names if len(names) == count else None)(
+            [row.name for row in list_rows(files)]), timeout, f"{count} rows")
 
     # -- files
 

@@ -32,23 +32,11 @@ class ListWindowTest(e2e.CapstanTestCase):
         app.start()
         return app
 
-    def open_list(self, app):
-        app.main_window()
-        app.enter_source("Main_Full_Screen")
-        app.press("fileListBtn")
-        files = app.window(desc="FileListWindowController")
-        app.widget("tableView", root=files)
-        return files
-
-    def row_names(self, app, files, count):
-        return app.wait(lambda: (lambda names: names if len(names) == count else None)(
-            [row.name for row in e2e.list_rows(files)]), 5, f"{count} rows")
-
     def test_rows_follow_the_list_file(self):
         app = self.prepare()
-        files = self.open_list(app)
+        files = app.open_file_list()
         self.assertEqual(files.name, english_text("FileList", "Recordings"))
-        self.assertEqual(self.row_names(app, files, 3), [FIRST[0], MISSING[0], LAST[0]])
+        self.assertEqual(app.row_names(files, 3), [FIRST[0], MISSING[0], LAST[0]])
         for row, record in zip(e2e.list_rows(files), self.records):
             with self.subTest(record["name"]):
                 self.assertEqual(app.text("durationLabel", root=row),
@@ -62,8 +50,8 @@ class ListWindowTest(e2e.CapstanTestCase):
 
     def test_select_and_delete_the_last_row(self):
         app = self.prepare()
-        files = self.open_list(app)
-        self.row_names(app, files, 3)
+        files = app.open_file_list()
+        app.row_names(files, 3)
         play = app.widget("playBtn", root=files)
         delete = app.widget("deletedBtn", root=files)
         self.assertFalse(e2e.is_enabled(play), "play without a selection")
@@ -89,7 +77,7 @@ class ListWindowTest(e2e.CapstanTestCase):
         app.press(delete)
         last_path = self.records[2]["path"]
         app.wait(lambda: not os.path.exists(last_path), 5, f"{last_path} to be deleted")
-        self.assertEqual(self.row_names(app, files, 2), [FIRST[0], MISSING[0]])
+        self.assertEqual(app.row_names(files, 2), [FIRST[0], MISSING[0]])
         app.wait(lambda: [r["path"] for r in app.recording_list()] ==
                  [self.records[0]["path"], self.records[1]["path"]], 5,
                  "the record to leave filelist.plist")
@@ -100,15 +88,15 @@ class ListWindowTest(e2e.CapstanTestCase):
 
     def test_a_missing_file_is_not_opened(self):
         app = self.prepare()
-        files = self.open_list(app)
-        self.row_names(app, files, 3)
+        files = app.open_file_list()
+        app.row_names(files, 3)
         missing = e2e.list_rows(files)[1]
         app.click(missing, repeat=2)
         alert = app.alert(text=english_text("Alert_DisableOpenFile_Message", None),
                           key="Alert_DisableOpenFile_Message")
         app.dismiss(alert)
         self.assertEqual(app.recording_list(), self.records)
-        self.assertEqual(self.row_names(app, files, 3), [FIRST[0], MISSING[0], LAST[0]])
+        self.assertEqual(app.row_names(files, 3), [FIRST[0], MISSING[0], LAST[0]])
 
     def test_a_corrupt_list_reads_empty_and_is_written_afresh(self):
         app = self.launch(start=False)
@@ -117,7 +105,7 @@ class ListWindowTest(e2e.CapstanTestCase):
             f.write(b'<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0">\n<array>\n'
                     b"\t<dict>\n\t\t<key>path</key>\n\t\t<string>/home/someone/Vid")
         app.start()
-        files = self.open_list(app)
+        files = app.open_file_list()
         self.assertEqual(e2e.list_rows(files), [])
 
         start, _, _ = app.start_recording()
@@ -127,7 +115,7 @@ class ListWindowTest(e2e.CapstanTestCase):
         self.assertEqual(len(recorded), 1, recorded)
         records = app.wait(app.recording_list, 5, "a readable filelist.plist")
         self.assertEqual([r.get("path") for r in records], recorded)
-        self.assertEqual(self.row_names(app, files, 1), [os.path.basename(recorded[0])])
+        self.assertEqual(app.row_names(files, 1), [os.path.basename(recorded[0])])
 
 
 if __name__ == "__main__":

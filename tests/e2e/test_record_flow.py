@@ -82,6 +82,27 @@ class RecordFlowTest(e2e.CapstanTestCase):
         self.assertEqual((media["width"], media["height"]), expected,
                          f"the first monitor {(mw, mh)} as the overlay hands it on")
 
+    def test_without_a_sound_server_the_windows_work_and_the_recording_is_silent(self):
+        app = self.launch(start=False)
+        app.extra_environment["PULSE_SERVER"] = os.path.join(app.home, "no-sound-server")
+        app.start()
+        app.main_window()
+        app.enter_source("Main_Full_Screen")
+        # No microphone to be had: the choice is refused with the alert and goes back.
+        app.choose("audioItemBox", english_text("Main_Audio_Micphone", "Microphone"))
+        app.dismiss(app.alert(text=english_text("Alert_Mic_Message", None), key="Alert_Mic_Message"))
+        app.choose("audioItemBox", english_text("Main_Audio_System", "System Audio"))
+
+        start, pressed_at, seen = app.start_recording()
+        app.hold(start + 3.0, "recordCurrentTimelabel", seen)
+        app.stop_recording()
+        path = self.only_recording(app, ".mp4", pressed_at)
+        media = e2e.probe(path)
+        self.assertEqual(len(media["video"]), 1, media["streams"])
+        self.assertAlmostEqual(media["duration"], 3.0, delta=1.0)
+        if media["audio"]:
+            self.assertLess(e2e.mean_volume(path), -80.0, "a sound stream holds sound")
+
     def rows(self, app, files):
         app.widget("tableView", root=files)
         rows = e2e.find_all(files, desc="VideoCell")

@@ -31,7 +31,9 @@ protected:
     {
         qputenv("XDG_CONFIG_HOME", home_.filePath(".config").toUtf8());
         LinuxPlatform platform;
+        HomeMainWindow mainWindow;
         std::unique_ptr<AppDelegate> app = AppDelegate::create(platform.platform());
+        app->setWindow(&mainWindow);
         TNRecordManager &manager = *app->recordManager();
 
         FlashWindow window;

@@ -4,6 +4,7 @@
 // CAPSTAN_SOUND_SERVER chose) for one test suite; a tone player; and a server restart.
 #include "AppDelegate.h"
 #include "FakePorts.h"
+#include "HomeMainWindow.h"
 #include "LinuxPlatform.h"
 #include "ScreenCatalog.h"
 
@@ -231,7 +232,10 @@ struct DeskProgram {
     LinuxPlatform desktop;
     FakeAlerts alerts;
     Platform platform = withAlerts(desktop.platform(), &alerts);
+    // The program always has its main window; it outlives the delegate, as in the program.
+    HomeMainWindow window;
     std::unique_ptr<AppDelegate> app = AppDelegate::create(platform);
+    bool windowSet = (app->setWindow(&window), true);
     TNRecordManager &manager = *app->recordManager();
 
     static Platform withAlerts(Platform platform, Alerts *alerts)
