@@ -16,6 +16,11 @@
         <extracomment>Opened in the web browser by the Help menu.</extracomment>
         <translation>https://capstan.org/help</translation>
     </message>
+    <message id="Press ESC key to exit">
+        <source>Press ESC key to exit</source>
+        <extracomment>The hint over a region being chosen for a recording.</extracomment>
+        <translation>Press ESC key to exit</translation>
+    </message>
     <message id="Main_Full_Screen">
         <source>Full Screen</source>
         <translation>Full Screen</translation>

@@ -80,9 +80,9 @@ public:
     bool isCaptrue() const override { return isCaptrue_; }
     void setIsCaptrue(bool on) { isCaptrue_ = on; }
     uint32_t selectedWindowNumber() const override { return selectedWindowNumber_; }
-    void setSelectedWindowNumber(uint32_t number) { selectedWindowNumber_ = number; }
+    void setSelectedWindowNumber(uint32_t number) override { selectedWindowNumber_ = number; }
     QString selectedWindowName() const override { return selectedWindowName_; }
-    void setSelectedWindowName(const QString &name) { selectedWindowName_ = name; }
+    void setSelectedWindowName(const QString &name) override { selectedWindowName_ = name; }
     void refreshStateMenuItem() override;
     void setTimeSetsBtnEnabled(bool enabled) override { timeSetsBtnEnabled_ = enabled; }
     bool timeSetsBtnEnabled() const { return timeSetsBtnEnabled_; }
@@ -144,6 +144,7 @@ public:
     void OnorOffCaptrueCamera();
     void showDoodleToolAction();
     void disableSourceControls() override;
+    void enableSourceChoice() override;
     void showRecordingControls() override;
     float fileDuration() const { return fileDuration_.load(); }
     float fileSize() const { return fileSize_.load(); }

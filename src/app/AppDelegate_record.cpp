@@ -182,6 +182,13 @@ void AppDelegate::disableSourceControls()
         control->setEnabled(false);
 }
 
+void AppDelegate::enableSourceChoice()
+{
+    window_->chooseViewItemBox->setEnabled(true);
+    window_->backhomeBtn->setEnabled(true);
+    window_->screenItempopBtn->setEnabled(true);
+}
+
 void AppDelegate::switchControlsToRecording(bool cameraRoad, bool audioRoad)
 {
     HomeMainWindow &w = *window_;

@@ -31,6 +31,10 @@ public:
     virtual void startRecorderScreen() = 0;
     // Closes the window and forgets the session.
     virtual void cleanup() = 0;
+    // Brings the overlay's window to the front with the keyboard.
+    virtual void makeKeyAndOrderFront() {}
+    // Escape and Return no longer reach the overlay.
+    virtual void removeEventMonitor() {}
 };
 
 // How a text watermark looks: an empty font name stands for the system font.

@@ -146,10 +146,21 @@ void TNRecordManager::stopRecording()
                   livePasses_);
     }
     encodeManager().stopEncoderEncode();
-    if (RecordOverlayWindow *overlay = host_.recordWC()) {
-        overlay->removeRecordScreenView();
-        overlay->orderOut();
-    }
+    // The overlays are windows: the main thread takes them down, at once when it stops.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (RecordOverlayWindow *overlay = host_.recordWC()) {
+                overlay->removeRecordScreenView();
+                overlay->orderOut();
+            }
+            // A region's frame may stand on another screen than the last overlay made.
+            for (const auto &controller : recordWindowControllerArray_) {
+                controller->removeRecordScreenView();
+                controller->orderOut();
+            }
+        },
+        Qt::AutoConnection);
     host_.refreshStateMenuItem();
 }
 

@@ -20,6 +20,7 @@
 #include <QList>
 #include <QObject>
 #include <QRectF>
+#include <QVariantList>
 #include <atomic>
 #include <condition_variable>
 #include <memory>
@@ -55,6 +56,14 @@ public:
     // The screen road (TNRecordManager_overlays.cpp): permission, then one overlay per screen.
     void startRecordScreen();
     void readyToRecordScreen();
+    // The on-screen windows as the arming found them, front first.
+    const QVariantList &arrayRect() const { return arrayRect_; }
+    // Overlays ask for these: the keyboard to a screen's overlay; a region stands on one
+    // screen (the others' windows go); the keys end; the selection was cancelled.
+    void changeKeyWindowWithScreen(const ScreenInfo &screen);
+    void recordScreenWindowControllerDidSelectRegion(RecordScreenWindowController *controller);
+    void recordScreenWindowControllerRemoveEventMonitor();
+    void recordScreenWindowControllerDidCancel();
     void clearRecordWindowControllerArray();
     // Drops the overlay of the given screen (the first found): its window goes.
     void removeRecordWindowController(const ScreenInfo &screen);
@@ -275,6 +284,7 @@ private:
     QList<CGWindowID> onScreenWindows_;
     std::atomic<quint64> status_{RecordStatusIdle};
     std::vector<std::unique_ptr<RecordScreenWindowController>> recordWindowControllerArray_;
+    QVariantList arrayRect_;
     std::vector<std::unique_ptr<RecordScreenWindowController>> retiredControllers_;
     std::optional<ScreenInfo> screen_;
     qint64 screenNumber_ = 0;

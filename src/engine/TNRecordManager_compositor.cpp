@@ -187,12 +187,17 @@ QImage TNRecordManager::getCapturedImage()
     followSelectedWindow();
     const QRectF rect = captureRect();
     QImage image;
-    if (!exceptWinodwArray().isEmpty())
+    if (const QList<CGWindowID> except = exceptWinodwArray(); !except.isEmpty()) {
+        // The overlay's frame stays out of the picture: drawn over the region it would hide
+        // it wherever the composition does not honour its transparency.
+        QList<CGWindowID> windows = desktopElements();
+        windows.removeIf([&except](CGWindowID id) { return except.contains(id); });
         image = platform_.windows->CGWindowListCreateImageFromArray(
-            rect, desktopElements(), kCGWindowImageNominalResolution);
-    else
+            rect, windows, kCGWindowImageNominalResolution);
+    } else {
         image = platform_.windows->CGWindowListCreateImage(rect, kCGWindowListOptionOnScreenOnly,
                                                            kCGNullWindowID);
+    }
     const QImage composite = appendMouseCursor(image);
     if (composite.isNull() || composite.size() == rect.size().toSize())
         return composite;

@@ -39,6 +39,8 @@ void TNRecordManager::readyToRecordScreen()
     setIsDisableChangeScreen(false);
     clearRecordWindowControllerArray();
     retiredControllers_.clear();
+    arrayRect_ = platform_.windows->CGWindowListCopyWindowInfo(kCGWindowListOptionOnScreenOnly,
+                                                               kCGNullWindowID);
     // Every overlay exists before any starts: a whole-screen recording on another screen
     // than the first is started by that screen's overlay.
     for (const ScreenInfo &info : platform_.screens->screens()) {
@@ -92,4 +94,32 @@ void TNRecordManager::retire(
     (*controller)->cleanup();
     retiredControllers_.push_back(std::move(*controller));
     recordWindowControllerArray_.erase(controller);
+}
+
+void TNRecordManager::changeKeyWindowWithScreen(const ScreenInfo &info)
+{
+    if (isDisableChangeScreen())
+        return;
+    for (const auto &controller : recordWindowControllerArray_)
+        if (controller->screen() == info)
+            controller->makeKeyAndOrderFront();
+}
+
+void TNRecordManager::recordScreenWindowControllerDidSelectRegion(
+    RecordScreenWindowController *selected)
+{
+    for (const auto &controller : recordWindowControllerArray_)
+        if (controller.get() != selected)
+            controller->orderOut();
+}
+
+void TNRecordManager::recordScreenWindowControllerRemoveEventMonitor()
+{
+    for (const auto &controller : recordWindowControllerArray_)
+        controller->removeEventMonitor();
+}
+
+void TNRecordManager::recordScreenWindowControllerDidCancel()
+{
+    clearRecordWindowControllerArray();
 }

@@ -2,6 +2,7 @@
 // What a screen's overlay asks of the application controller: the screen pop-up, the
 // output path, the recording choices and the main window's look.
 #include <QString>
+#include <cstdint>
 
 class RecordOverlayWindow;
 
@@ -17,6 +18,11 @@ public:
     virtual qint64 framItemIndex() const = 0;
     virtual bool isShowReverseTime() const = 0;
     virtual void setRecordWC(RecordOverlayWindow *overlay) = 0;
+    // The window under the pointer, for the window-following capture.
+    virtual void setSelectedWindowNumber(uint32_t number) = 0;
+    virtual void setSelectedWindowName(const QString &name) = 0;
+    // A cancelled selection: the source can be chosen again.
+    virtual void enableSourceChoice() = 0;
     // The countdown's step: the source choices can no longer change.
     virtual void disableSourceControls() = 0;
     // The main window's look for a running screen recording.

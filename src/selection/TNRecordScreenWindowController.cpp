@@ -1,13 +1,18 @@
 #include "TNRecordScreenWindowController.h"
 
+#include "CircleDownCounter.h"
 #include "EncodeManager.h"
 #include "Log.h"
 #include "Platform.h"
 #include "Pointer.h"
 #include "RecordTypes.h"
 #include "SelectionLog.h"
+#include "SettingsKeys.h"
 #include "TNRecordManager.h"
+#include "UserDefaults.h"
 
+#include <QRegion>
+#include <QWindow>
 #include <cmath>
 
 using capstan::NSLog;
@@ -70,39 +75,73 @@ TNRecordScreenWindowController *TNRecordScreenWindowController::actingController
     return this;
 }
 
+TNClipView *TNRecordScreenWindowController::actingView()
+{
+    return actingController()->recordScreenView_;
+}
+
+bool TNRecordScreenWindowController::wholeScreen() const
+{
+    return delegate_ && delegate_->recordVideoType() == VideoTypeFullScreen;
+}
+
 void TNRecordScreenWindowController::startRecorderScreen()
 {
     const QRectF region = startingRegionForScreen(screen_.frame);
+    // A whole screen is taken at once: no window to show for it.
+    if (!wholeScreen()) {
+        makeWindow();
+        recordScreenView_->showClipViewWithFrame(region, nullptr);
+    }
     const std::optional<ScreenInfo> target = targetScreen();
     if (target && *target == screen_) {
         lastWindowRect_ = region;
         selectedScreen_ = screen_;
     }
     TNRecordScreenWindowController *acting = actingController();
-    if (delegate_ && delegate_->recordVideoType() == VideoTypeFullScreen) {
-        acting->clipViewMouseMoved();
+    if (wholeScreen()) {
+        acting->clipViewMouseMoved(acting->recordScreenView_);
         acting->startNoteButtonClick();
     } else {
-        NSLog(lcSelection, "region and window selection are not available yet");
+        addEventMonitor();
     }
     host_.setRecordWC(this);
 }
 
-void TNRecordScreenWindowController::cleanup()
+void TNRecordScreenWindowController::clipViewMouseMoved(TNClipView *)
 {
-    delegate_ = nullptr;
-}
-
-void TNRecordScreenWindowController::clipViewMouseMoved()
-{
+    TNClipView *view = actingView();
     if (!delegate_ || delegate_->isDisableChangeScreen())
         return;
-    if (delegate_->recordVideoType() == VideoTypeFullScreen)
+    // The grey was there only until the pointer first moved.
+    if (view && !view->haveSetClearColor())
+        view->setHaveSetClearColor(true);
+    if (wholeScreen())
         lastWindowRect_ = startingRegionForScreen(screen_.frame);
+    else
+        ChooseWindowRectInScreen(delegate_->arrayRect());
+    // A window hanging off the left or bottom of the screen is cut to it.
+    QRectF &rect = lastWindowRect_;
+    if (rect.x() < 0 && !delegate_->isDisableChangeScreen())
+        rect = QRectF(0, rect.y(), std::floor((rect.width() + rect.x()) / 4) * 4,
+                      std::floor(rect.height() / 4) * 4);
+    if (rect.y() < 0)
+        rect = QRectF(rect.x(), 0, std::floor(rect.width() / 4) * 4,
+                      std::floor((rect.height() + rect.y()) / 4) * 4);
     if (const std::optional<ScreenInfo> target = targetScreen()) {
         delegate_->setScreen(*target);
         delegate_->setScreenNumber(target->number);
     }
+    if (view)
+        view->setFrameForContentView(lastWindowRect_);
+}
+
+void TNRecordScreenWindowController::recordViewDidShowToolBar(TNClipView *)
+{
+    if (delegate_)
+        delegate_->recordScreenWindowControllerDidSelectRegion(this);
+    // Return and Escape go to the screen that holds the region.
+    makeKeyAndOrderFront();
 }
 
 void TNRecordScreenWindowController::startNoteButtonClick()
@@ -116,6 +155,8 @@ void TNRecordScreenWindowController::startNoteButtonClick()
 
 void TNRecordScreenWindowController::recordStartNote()
 {
+    if (!delegate_ || delegate_->isDisableChangeScreen())
+        return;
     if (isFullScreenOnSeveral() && host_.screenItemCount() >= 2)
         selectedScreen_ = targetScreen();
     else if (!selectedScreen_)
@@ -125,18 +166,83 @@ void TNRecordScreenWindowController::recordStartNote()
         delegate_->setScreenNumber(selectedScreen_->number);
     }
     delegate_->setIsDisableChangeScreen(true);
+    delegate_->recordScreenWindowControllerRemoveEventMonitor();
+    // From here the frame lets the pointer through to what is recorded.
+    if (window_ && window_->windowHandle())
+        window_->windowHandle()->setFlag(Qt::WindowTransparentForInput, true);
     if (delegate_->screen())
         delegate_->removeFirstOtherScreenController(*delegate_->screen());
-    selectedRegion_ = selectedRegionForFrame(lastWindowRect_);
+    if (!delegate_)
+        return; // this overlay was the other screen's
+    TNClipView *view = actingView();
+    QRectF frame = lastWindowRect_;
+    if (view) {
+        view->setHideHandleRect(true);
+        view->setBorderColor(Qt::cyan);
+        view->removeIndicatorView();
+        frame = view->contentViewFrame();
+        // The overlay stays out of the picture.
+        delegate_->setExceptWinodwArray({CGWindowID(view->window()->winId())});
+        view->setOverlayAlpha(0.1);
+        // Only the frame remains a window: a screen without a compositing manager shows a
+        // translucent window's pixels as they are, and the recorded region would be dark.
+        const QRect hole = view->widgetRect(frame).toAlignedRect();
+        const QRect ring = view->widgetRect(TNClipGeometry::borderFrameFor(frame)).toAlignedRect();
+        frameMask_ = QRegion(ring).subtracted(QRegion(hole));
+        view->window()->setMask(frameMask_);
+    }
+    selectedRegion_ = selectedRegionForFrame(frame);
     showCircleDownCounter();
+}
+
+void TNRecordScreenWindowController::cancelClip()
+{
+    cancelSelection();
 }
 
 void TNRecordScreenWindowController::showCircleDownCounter()
 {
     delegate_->setIsDisableChangeScreen(true);
     host_.disableSourceControls();
-    if (host_.isShowReverseTime())
-        NSLog(lcSelection, "the countdown is not available yet: recording at once");
+    TNClipView *view = actingView();
+    if (view)
+        view->removeIndicatorView();
+    float seconds = platform_.defaults->floatForKey(QString::fromLatin1(Keys::RecordTimeDuration));
+    if (std::isnan(seconds))
+        seconds = 3.0f;
+    // No countdown of no length: a counter would never finish.
+    if (!host_.isShowReverseTime() || !view || !(seconds > 0)) {
+        startRecording();
+        return;
+    }
+    // The counter stands in the middle of the region, which is part of the window again
+    // while it counts.
+    const QRect hole = view->widgetRect(view->contentViewFrame()).toAlignedRect();
+    counterHost_ = new QWidget(view);
+    counterHost_->setGeometry(hole);
+    counterHost_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    counterHost_->show();
+    const int side = circleDownCounterSide(QSizeF(hole.size()));
+    CircleCounterView *counter = CircleDownCounter::showCircleDownWithSeconds(
+        seconds, counterHost_, QSize(side, side), 0, int(seconds));
+    counter->setDelegate(this);
+    counter->setNumberColor(Qt::white);
+    counter->setNumberFont(CircleCounterView::courierBold(60));
+    counter->setCircleColor(Qt::white);
+    counter->setCircleBorderWidth(10);
+    view->window()->setMask(frameMask_.united(counter->geometry().translated(hole.topLeft())));
+}
+
+void TNRecordScreenWindowController::counterDownFinished(CircleCounterView *counter)
+{
+    counter->setDelegate(nullptr);
+    counter->hide();
+    if (counterHost_) {
+        counterHost_->deleteLater();
+        counterHost_ = nullptr;
+    }
+    if (recordScreenView_)
+        recordScreenView_->window()->setMask(frameMask_);
     startRecording();
 }
 

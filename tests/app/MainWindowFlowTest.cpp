@@ -1,13 +1,13 @@
 // The main window as its controller drives it, on fakes of the platform: the modes and
 // their sizes, the tray menu's state, a whole-screen recording from the record button to
 // the list, the tick, and the inputs that must not start a recording.
-#include "AppDelegate.h"
 #include "FakePlatform.h"
 #include "FakeWorkspace.h"
 #include "FileListWindowController.h"
 #include "FileTableView.h"
 #include "HomeMainWindow.h"
 #include "Localization.h"
+#include "MainWindowFixture.h"
 #include "RecordRules.h"
 #include "RecordingList.h"
 #include "RecordingMediaEncoder.h"
@@ -24,41 +24,7 @@
 
 namespace {
 
-class MainWindowFlowTest : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        RecordingMediaEncoder::reset();
-        Localization::installLanguage(QStringLiteral("en"));
-        fake.screens.list.append(
-            ScreenInfo{QRectF(1920, 0, 1366, 768), 2, QStringLiteral("Fake 2"), 1.0});
-        app = AppDelegate::create(fake.platform());
-        app->setWorkspace(&workspace);
-        app->setWindow(&window);
-        app->applicationDidFinishLaunching();
-    }
-
-    void TearDown() override
-    {
-        if (app->recordManager()->status() != RecordStatusIdle)
-            app->recordManager()->stopRecording();
-    }
-
-    QString movies() const { return fake.folders.movies + QStringLiteral("/Capstan"); }
-    QString plist() const { return app->plistPath(); }
-    QList<bool> trayEnabled() const
-    {
-        QList<bool> enabled;
-        for (int i = 0; i < StatusItem::kItemCount; ++i)
-            enabled << app->statusItem()->item(i)->isEnabled();
-        return enabled;
-    }
-
-    FakePlatform fake;
-    FakeWorkspace workspace;
-    HomeMainWindow window;
-    std::unique_ptr<AppDelegate> app;
-};
+using MainWindowFlowTest = MainWindowFixture;
 
 TEST_F(MainWindowFlowTest, ModesGiveTheirSizesAroundOneCentreAndTheTrayFollows)
 {

@@ -272,6 +272,8 @@ PulseAudioHardware::Snapshot PulseAudioHardware::readServer()
         d.ownerModule = s.ownerModule;
         shot.devices.append(d);
     }
+    shot.defaultSinkName = g.defaultSink;
+    shot.defaultSourceName = g.defaultSource;
     for (const Device &d : shot.devices) {
         if (!d.sink.isEmpty() && d.sink == g.defaultSink)
             shot.defaultOutput = d.id;
@@ -293,15 +295,15 @@ const PulseAudioHardware::Snapshot &PulseAudioHardware::currentLocked(Sync sync)
     const auto now = std::chrono::steady_clock::now();
     const bool due = sync == Sync::Always || !cacheValid_ || now - syncedAt_ > kTrustEvents;
     if (due && cacheValid_) {
+        // The answer names the defaults: PipeWire may tell of a new default after it has
+        // answered with it, so the answer itself is compared too.
+        Gathered server;
+        server.connection = &connection_;
         const bool answered = !subscribed_ || wait([&](pa_context *c) {
-            return pa_context_get_server_info(
-                c,
-                [](pa_context *, const pa_server_info *, void *connection) {
-                    static_cast<pulse::PulseConnection *>(connection)->signal();
-                },
-                &connection_);
+            return pa_context_get_server_info(c, onServer, &server);
         });
-        cacheValid_ = answered && subscribed_;
+        cacheValid_ = answered && subscribed_ && server.defaultSink == cache_.defaultSinkName &&
+                      server.defaultSource == cache_.defaultSourceName;
         syncedAt_ = now;
     }
     // An event during the reading leaves the count ahead, and the next read reads again.

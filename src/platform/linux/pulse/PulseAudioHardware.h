@@ -51,6 +51,8 @@ public:
         QList<Device> devices;
         AudioObjectID defaultInput = kAudioObjectUnknown;
         AudioObjectID defaultOutput = kAudioObjectUnknown;
+        // The server's names of its defaults, as its server information gives them.
+        QString defaultSinkName, defaultSourceName;
         // How this server reads module arguments (PipeWire's pulse server keeps backslashes).
         pulse::ArgumentParser parser = pulse::ArgumentParser::PulseAudio;
     };
