@@ -25,8 +25,14 @@ EncodeManager::EncodeManager(std::function<qint64()> splitType,
     : splitType_(std::move(splitType)), recordVideoType_(std::move(recordVideoType))
 {}
 
+EncodeManager::~EncodeManager()
+{
+    waitUntilStarted();
+}
+
 void EncodeManager::initHandle()
 {
+    waitUntilStarted();
     if (isWorking_)
         stopEncoderEncode();
     std::unique_lock lock(handleMutex_);
@@ -124,12 +130,33 @@ void EncodeManager::setSplit()
 void EncodeManager::startEncoderEncode()
 {
     setSplit();
-    std::unique_lock lock(handleMutex_);
-    const int result = apiEncoderEncode(handle_);
+    waitUntilStarted();
+    // Opening the codecs takes tens of milliseconds at 1080p (x264 builds its tables and
+    // threads): it runs beside the caller, so the interface never waits for it. Pushes are
+    // refused until it is done (isWorking_ is still false), as they were while it ran here.
+    try {
+        starter_ = std::thread([this] { encodeNow(); });
+    } catch (const std::system_error &) {
+        encodeNow();
+    }
+}
+
+void EncodeManager::waitUntilStarted()
+{
+    if (starter_.joinable())
+        starter_.join();
+}
+
+void EncodeManager::encodeNow()
+{
+    const EncoderHandle h = handle_.load();
+    // The handle is only closed by initHandle and the stop, which wait for this first.
+    const int result = apiEncoderEncode(h);
     if (result < 0) {
         NSLog(lcEngine, "错误码:%d ->描述：开始编码失败", result);
         // Nothing will be written: the handle goes now rather than at a stop that finds
         // nothing to stop.
+        std::unique_lock lock(handleMutex_);
         if (EncoderHandle failed = handle_.exchange(nullptr))
             apiEncoderClose(failed);
         return;
@@ -225,6 +252,8 @@ double EncodeManager::countRecordedDuration()
 
 void EncodeManager::stopEncoderEncode()
 {
+    // A stop right after the start waits for the codecs to open: what they write is kept.
+    waitUntilStarted();
     EncoderHandle h = nullptr;
     {
         // Taking the handle alone waits out the pushes in flight; later ones see

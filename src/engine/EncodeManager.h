@@ -7,7 +7,8 @@
 // (or a failed start) closes it. Without a handle, settings are only kept, to be applied
 // at the next start, and the queries answer 0 without asking the library.
 //
-// Threads: the settings, initHandle, the start and the stop on the main thread; picture
+// Threads: the settings, initHandle, the start and the stop on the main thread (the start
+// opens the codecs on a thread of its own; initHandle and the stop wait for it); picture
 // pushes on the capture threads, sound pushes on the audio thread; filesize() and
 // countRecordedDuration() from any thread. Pushes share the handle (a shared lock), so
 // sound never waits for a picture; only making and closing the handle take it alone.
@@ -21,6 +22,7 @@
 #include <functional>
 #include <mutex>
 #include <shared_mutex>
+#include <thread>
 
 class EncodeManager {
 public:
@@ -29,6 +31,7 @@ public:
     EncodeManager(std::function<qint64()> splitType, std::function<quint64()> recordVideoType);
     EncodeManager(const EncodeManager &) = delete;
     EncodeManager &operator=(const EncodeManager &) = delete;
+    ~EncodeManager();
 
     // A new library handle for the next recording; one left from a start that never
     // happened is closed first.
@@ -37,7 +40,10 @@ public:
     void setUpVideoSettings();
     void setUpAudioSettings();
     void setSplit();
+    // Returns at once; the library starts beside the caller, isWorking() once it has.
     void startEncoderEncode();
+    // Waits for a start still opening the codecs (its result is then in isWorking()).
+    void waitUntilStarted();
     void encoderPushVideo(VIDEO_PACKET *packet, double pts);
     void encoderPushAudio(const AudioSampleBuffer &sampleBuffer);
     double filesize();
@@ -74,6 +80,9 @@ public:
 private:
     std::function<qint64()> splitType_;
     std::function<quint64()> recordVideoType_;
+
+    void encodeNow();
+    std::thread starter_; // the main thread's only
 
     std::atomic<bool> isWorking_{false};
     qint32 splitTime_ = 0;

@@ -111,7 +111,7 @@ TEST_F(AudioCaptureTest, SessionOpensTheRoutedDeviceAndRecordsOnlyWhileLive)
     fake.audioInput.deliver(samples({1, 2, 3, 4}));
     EXPECT_TRUE(RME::callsNamed("apiEncoderPushAudio").empty()); // idle: metering only
     manager->setRecordVideoType(VideoTypeAudioOnly);
-    manager->startRecording();
+    startRecordingNow(*manager);
     fake.audioInput.deliver(samples({1, 2, 3, 4}));
     EXPECT_EQ(RME::callsNamed("apiEncoderPushAudio").size(), 1u);
     manager->pauseRecording();
@@ -136,7 +136,7 @@ TEST_F(AudioCaptureTest, VanishedMicrophoneStopsAMicrophoneRecordingAndFallsBack
 {
     manager->switchRecordType(AudioTypeMicphone);
     manager->captrueAudioInputEnable(true);
-    manager->startRecording();
+    startRecordingNow(*manager);
     fake.audio.devices.removeAt(0); // the microphone is unplugged
     manager->checkAudioDevices();   // one round of the watch
     EXPECT_TRUE(host.events.contains("recordScreenClicked"));
@@ -150,7 +150,7 @@ TEST_F(AudioCaptureTest, VanishedMicrophoneStopsAMicrophoneRecordingAndFallsBack
         0, FakeAudioHardware::device(10, "Built-in Microphone", "BuiltInMic", {2}, {}));
     manager->checkAudioDevices();
     manager->switchRecordType(AudioTypeMicphone);
-    manager->startRecording();
+    startRecordingNow(*manager);
     manager->pauseRecording();
     host.events.clear();
     fake.audio.devices.removeAt(0);

@@ -36,6 +36,12 @@ protected:
         return samples;
     }
 
+    void start()
+    {
+        encoder.startEncoderEncode();
+        encoder.waitUntilStarted();
+    }
+
     qint64 splitType = 0;
     quint64 videoType = VideoTypeFullScreen;
     EncodeManager encoder{[this] { return splitType; }, [this] { return videoType; }};
@@ -125,7 +131,7 @@ TEST_F(EncodeManagerTest, FailedLimitsAndCallsAreLogged)
 TEST_F(EncodeManagerTest, StereoIsInterleavedMonoPassesOddSampleIsDropped)
 {
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     encoder.encoderPushAudio(planar({1, 2, 3, 10, 20, 30}));
     EXPECT_EQ(pushedSamples(0), (std::vector<int32_t>{1, 10, 2, 20, 3, 30}));
 
@@ -147,7 +153,7 @@ TEST_F(EncodeManagerTest, AudioOnlyDurationStepsInWholeSeconds)
     videoType = VideoTypeAudioOnly;
     RME::setResult("apiEncoderGetEncodedTimestamp", 123456);
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     const QByteArray chunk(352800 / 4, 0); // a quarter second of 4-byte stereo
     for (int i = 0; i < 3; ++i)
         encoder.encoderPushAudio({chunk, 2, 44100});
@@ -171,7 +177,7 @@ TEST_F(EncodeManagerTest, StartAndStopAtTheLibrary)
 {
     RME::setPollsBeforeDone(3);
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     ASSERT_TRUE(encoder.isWorking());
     VIDEO_PACKET packet{1005, 2, 2, 8, nullptr, 16};
     encoder.encoderPushVideo(&packet, 1234.9);
@@ -195,13 +201,39 @@ TEST_F(EncodeManagerTest, StartAndStopAtTheLibrary)
     EXPECT_TRUE(RME::strayCalls().empty());
 }
 
+TEST_F(EncodeManagerTest, TheStartReturnsWhileTheLibraryOpensItsCodecs)
+{
+    encoder.initHandle();
+    RME::hold("apiEncoderEncode");
+    encoder.startEncoderEncode();
+    while (RME::heldCount() == 0)
+        std::this_thread::yield();
+    // Until the library has started, nothing is pushed to it.
+    EXPECT_FALSE(encoder.isWorking());
+    VIDEO_PACKET packet{1005, 2, 2, 8, nullptr, 16};
+    encoder.encoderPushVideo(&packet, 40);
+    encoder.encoderPushAudio(planar({1, 2}));
+    EXPECT_TRUE(RME::callsNamed("apiEncoderPushVideo").empty());
+    EXPECT_TRUE(RME::callsNamed("apiEncoderPushAudio").empty());
+
+    // A stop meanwhile waits for the start, then ends what it started.
+    auto stop = std::async(std::launch::async, [&] { encoder.stopEncoderEncode(); });
+    EXPECT_EQ(stop.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    RME::releaseHeld();
+    stop.get();
+    const QStringList names = RME::callNames();
+    EXPECT_LT(names.indexOf("apiEncoderEncode"), names.indexOf("apiEncodePushVideoTrailer"));
+    EXPECT_EQ(RME::openHandles(), 0);
+    EXPECT_TRUE(RME::strayCalls().empty());
+}
+
 TEST_F(EncodeManagerTest, OneHandlePerRecordingNoneLeftOpen)
 {
     // Made twice before a start: the unused one is closed, not leaked.
     encoder.initHandle();
     encoder.initHandle();
     EXPECT_EQ(RME::openHandles(), 1);
-    encoder.startEncoderEncode();
+    start();
     // A sound type changed while recording keeps the recording's format.
     const size_t before = RME::calls().size();
     encoder.setUpAudioSettings();
@@ -216,7 +248,7 @@ TEST_F(EncodeManagerTest, OneHandlePerRecordingNoneLeftOpen)
     // A start the library refuses closes its handle at once.
     RME::setResult("apiEncoderEncode", -7);
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     EXPECT_EQ(encoder.handle(), nullptr);
     EXPECT_EQ(RME::openHandles(), 0);
     EXPECT_EQ(RME::handlesCreated(), 3);
@@ -240,7 +272,7 @@ TEST_F(EncodeManagerTest, AStopDoesNotWaitForeverOnTheLibrary)
         RME::reset();
         RME::setResult("apiEncodeIsDone", c.isDone);
         encoder.initHandle();
-        encoder.startEncoderEncode();
+        start();
         LogCapture log;
         encoder.stopEncoderEncode();
         EXPECT_LE(RME::callsNamed("apiEncodeIsDone").size(), c.maxPolls);
@@ -254,7 +286,7 @@ TEST_F(EncodeManagerTest, AStopDoesNotWaitForeverOnTheLibrary)
 TEST_F(EncodeManagerTest, SoundIsPushedWhileAPictureWaitsInTheLibrary)
 {
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     RME::hold("apiEncoderPushVideo");
     VIDEO_PACKET packet{1005, 2, 2, 8, nullptr, 16};
     std::thread picture([&] { encoder.encoderPushVideo(&packet, 40); });
@@ -276,7 +308,7 @@ TEST_F(EncodeManagerTest, FailedStartDropsEveryPush)
     RME::setResult("apiEncoderEncode", -7);
     LogCapture log;
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     EXPECT_TRUE(log.contains("错误码:-7 ->描述：开始编码失败"));
     EXPECT_FALSE(log.contains("====开始编码"));
     VIDEO_PACKET packet{1005, 2, 2, 8, nullptr, 16};
@@ -291,7 +323,7 @@ TEST_F(EncodeManagerTest, FailedPushStillCountsTheBytes)
 {
     RME::setResult("apiEncoderPushAudio", -1);
     encoder.initHandle();
-    encoder.startEncoderEncode();
+    start();
     LogCapture log;
     encoder.encoderPushAudio(planar({1, 2, 3, 4}));
     EXPECT_TRUE(log.contains("错误码:-1 ->描述：送入音频数据失败"));

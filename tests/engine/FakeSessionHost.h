@@ -6,6 +6,13 @@
 #include <atomic>
 #include <mutex>
 
+// The encoder opens its codecs beside the caller: tests that look at the library wait.
+template <typename Manager> void startRecordingNow(Manager &manager)
+{
+    manager.startRecording();
+    manager.encodeManager().waitUntilStarted();
+}
+
 class FakeSessionHost : public RecordSessionHost, public RecordOverlayWindow {
 public:
     QStringList events;

@@ -61,7 +61,7 @@ protected:
 TEST_F(FramePipelineTest, TimelineSkipsPausesAndStartsAtTheFirstLiveFrame)
 {
     fake.clock.time = 990.0;
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_EQ(fake.screenInput.minFrameDuration, 1.0 / 25);
     deliverScreenFrameAt(1000.0);
     deliverScreenFrameAt(1001.0);
@@ -93,7 +93,7 @@ TEST_F(FramePipelineTest, WholeFrameRateLimitsTheCaptureAndTheRectangleShrinksPe
 
 TEST_F(FramePipelineTest, FramesArePushedOnTheCaptureThreadAndCountForNothingAfterTheStop)
 {
-    manager->startRecording();
+    startRecordingNow(*manager);
     fake.clock.time = 1000.0;
     fake.screenInput.deliver(frameOf(64, 48, Qt::darkCyan));
     // Pushed at once, without the main thread's event loop.
@@ -122,7 +122,7 @@ TEST_F(FramePipelineTest, TheRunningTimeMayStopTheRecordingFromTheCaptureThread)
     } stopper;
     stopper.manager = manager.get();
     manager->setDelegate(&stopper);
-    manager->startRecording();
+    startRecordingNow(*manager);
     LogCapture log;
     deliverScreenFrameAt(1000.0);
     EXPECT_EQ(manager->status(), RecordStatusIdle);
@@ -133,7 +133,7 @@ TEST_F(FramePipelineTest, TheRunningTimeMayStopTheRecordingFromTheCaptureThread)
 TEST_F(FramePipelineTest, SoundOnlyWithoutSoundPushesNothing)
 {
     manager->setRecordVideoType(VideoTypeAudioOnly);
-    manager->startRecording();
+    startRecordingNow(*manager);
     deliverScreenFrameAt(1000.0);
     manager->captureOutput(AudioSampleBuffer{QByteArray(64, 1), 2, 44100});
     EXPECT_TRUE(pushedVideo().isEmpty());
@@ -143,7 +143,7 @@ TEST_F(FramePipelineTest, SoundOnlyWithoutSoundPushesNothing)
     // With sound, buffers are pushed only while live.
     manager->stopRecording();
     manager->setRecordAudioType(AudioTypeSystem);
-    manager->startRecording();
+    startRecordingNow(*manager);
     manager->captureOutput(AudioSampleBuffer{QByteArray(64, 1), 2, 44100});
     manager->pauseRecording();
     manager->captureOutput(AudioSampleBuffer{QByteArray(64, 1), 2, 44100});
@@ -176,7 +176,7 @@ TEST_F(FramePipelineTest, ACameraRecordingPushesFromTheCameraThreadInTimeOrder)
     manager->setRecordVideoType(VideoTypeCamera);
     manager->captrueVideoInputEnable(true);
     fake.cameraInput.deliver(frameOf(320, 240, Qt::black)); // sizes the recording
-    manager->startRecording();
+    startRecordingNow(*manager);
     fake.clock.time = 1000.0;
     fake.cameraInput.deliver(frameOf(320, 240, Qt::black));
     fake.clock.time = 1000.5;
@@ -188,7 +188,7 @@ TEST_F(FramePipelineTest, ACameraRecordingPushesFromTheCameraThreadInTimeOrder)
 
 TEST_F(FramePipelineTest, CameraDuringAScreenRecordingIsShownNeverPushed)
 {
-    manager->startRecording();
+    startRecordingNow(*manager);
     manager->captrueVideoInputEnable(true);
     fake.cameraInput.deliver(frameOf(320, 240, Qt::black));
     EXPECT_TRUE(pushedVideo().isEmpty());
@@ -206,7 +206,7 @@ TEST_F(FramePipelineTest, WindowRecordingDrawsTheFollowedWindowNotTheDeliveredPi
     host.windowNumber = 501;
     manager->setRecordVideoType(VideoTypeAppWindow);
     manager->setExceptWinodwArray({999});
-    manager->startRecording();
+    startRecordingNow(*manager);
     fake.windows.windows[0].bounds = QRectF(30, 40, 80, 61); // moved and resized
     deliverScreenFrameAt(1000.0);
     EXPECT_EQ(pushedVideo(), QStringList({"1005,80x60,0"}));

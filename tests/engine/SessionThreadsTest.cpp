@@ -64,7 +64,7 @@ TEST(SessionThreads, FramesAndSoundFlowWhileTheMainThreadDrivesSessions)
     for (int i = 0; i < kRecordings; ++i) {
         manager.setRecordVideoType(i % 3 == 2 ? VideoTypeAppWindow : VideoTypeFullScreen);
         fake.clock.time = t;
-        manager.startRecording();
+        startRecordingNow(manager);
         std::this_thread::yield();
         fake.clock.time = t + 1;
         manager.setIsCursorClick(true);

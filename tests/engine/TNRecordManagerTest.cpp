@@ -65,7 +65,7 @@ TEST_F(TNRecordManagerTest, SessionCallsTheLibraryInOrder)
         RME::reset();
         manager->setRecordVideoType(c.videoType);
         manager->setRecordAudioType(c.audioType);
-        manager->startRecording();
+        startRecordingNow(*manager);
         EXPECT_EQ(encoderCallsAfterCreate(),
                   QStringList{"apiEncoderSetOutputPath"} + c.settings + start)
             << c.videoType << "/" << c.audioType;
@@ -77,7 +77,7 @@ TEST_F(TNRecordManagerTest, SessionCallsTheLibraryInOrder)
 TEST_F(TNRecordManagerTest, StartAndStopTellTheHostInOrder)
 {
     host.overlayOpen = true;
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_EQ(manager->status(), RecordStatusRecording);
     EXPECT_TRUE(fake.screenInput.running);
     manager->stopRecording();
@@ -93,7 +93,7 @@ TEST_F(TNRecordManagerTest, StartAndStopTellTheHostInOrder)
 TEST_F(TNRecordManagerTest, InputsFollowTypeAndPermissions)
 {
     manager->setRecordVideoType(VideoTypeCamera);
-    manager->startRecording();
+    startRecordingNow(*manager);
     // The screen input never ran, so there is nothing to stop.
     EXPECT_TRUE(fake.screenInput.calls.isEmpty());
     EXPECT_EQ(fake.cameraInput.calls, QStringList({"start"}));
@@ -103,7 +103,7 @@ TEST_F(TNRecordManagerTest, InputsFollowTypeAndPermissions)
     fake.screenInput.calls.clear();
     host.audioAllowed = false;
     manager->setRecordVideoType(VideoTypeFullScreen);
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_TRUE(fake.screenInput.calls.isEmpty());
     EXPECT_EQ(manager->status(), RecordStatusRecording);
 }
@@ -111,20 +111,20 @@ TEST_F(TNRecordManagerTest, InputsFollowTypeAndPermissions)
 TEST_F(TNRecordManagerTest, ImageSizeComesFromScreenOrRectangle)
 {
     manager->setScreen(std::nullopt);
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_EQ(RME::callsNamed("apiEncoderSetImageSize").at(0).args, "0,0");
     manager->stopRecording();
 
     RME::reset();
     manager->setScreen(fake.screens.list.first());
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_EQ(RME::callsNamed("apiEncoderSetImageSize").at(0).args, "1920,1080");
     manager->stopRecording();
 
     RME::reset();
     manager->setRecordVideoType(VideoTypeCustomArea);
     manager->setCaptureRect(QRectF(100, 50, 640, 360));
-    manager->startRecording();
+    startRecordingNow(*manager);
     // The enable of the screen input shrinks the selection by 2 points both ways.
     EXPECT_EQ(RME::callsNamed("apiEncoderSetImageSize").at(0).args, "638,358");
     EXPECT_EQ(fake.screenInput.cropRect, QRectF(100, 50, 638, 358));
@@ -137,7 +137,7 @@ TEST_F(TNRecordManagerTest, WindowWalkKeepsTheSelectedWindowRoundedToEven)
     manager->setRecordVideoType(VideoTypeAppWindow);
     manager->setCaptureRect(QRectF(1, 1, 1, 1));
     LogCapture log;
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_EQ(manager->desktopElements(), QList<CGWindowID>({301}));
     EXPECT_EQ(manager->onScreenWindows(), QList<CGWindowID>({301, 302, 303}));
     // 11, 21, 641, 481 recorded as 10, 20, 640, 480.
@@ -158,7 +158,7 @@ TEST_F(TNRecordManagerTest, DesktopSelectionKeepsAllWindows)
     host.windowName = "Desktop";
     manager->setRecordVideoType(VideoTypeAppWindow);
     manager->setCaptureRect(QRectF(0, 0, 4, 4));
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_EQ(manager->desktopElements(), QList<CGWindowID>({301, 302, 303}));
     EXPECT_EQ(manager->captureRect(), QRectF(0, 0, 1920, 1080));
 }
@@ -168,7 +168,7 @@ TEST_F(TNRecordManagerTest, FollowingMovesTheRectangleUntilTheWindowIsGone)
     host.windowNumber = 302;
     manager->setRecordVideoType(VideoTypeAppWindow);
     manager->setCaptureRect(QRectF(0, 0, 4, 4));
-    manager->startRecording();
+    startRecordingNow(*manager);
     fake.windows.windows[1].bounds = QRectF(-3, 7, 501, 301);
     manager->followSelectedWindow();
     EXPECT_EQ(manager->captureRect(), QRectF(-4, 6, 500, 300));
@@ -182,7 +182,7 @@ TEST_F(TNRecordManagerTest, PauseAndResumeSumTheStretches)
 {
     fake.clock.time = 5000.0;
     // A pause before the first frame set the start closes a stretch of the whole clock.
-    manager->startRecording();
+    startRecordingNow(*manager);
     manager->pauseRecording();
     EXPECT_EQ(manager->fileTimes(), QList<double>({5000.0}));
     EXPECT_EQ(manager->status(), RecordStatusPaused);
@@ -198,7 +198,7 @@ TEST_F(TNRecordManagerTest, PauseAndResumeSumTheStretches)
     EXPECT_EQ(manager->fileTimes(), QList<double>({5000.0, 2.5}));
     // A new start empties the stretches.
     manager->stopRecording();
-    manager->startRecording();
+    startRecordingNow(*manager);
     EXPECT_TRUE(manager->fileTimes().isEmpty());
 }
 
@@ -206,7 +206,7 @@ TEST_F(TNRecordManagerTest, RunningTimeLabels)
 {
     int argc = 0;
     QCoreApplication app(argc, nullptr);
-    manager->startRecording();
+    startRecordingNow(*manager);
     RME::setResult("apiEncoderGetEncodedTimestamp", (61 * 3600 + 62) * 1000 + 999);
     RME::setResult("apiEncoderGetFileSize", 12345678);
     manager->timerDurationTimeOut();
@@ -231,7 +231,7 @@ TEST_F(TNRecordManagerTest, AnOrdinarySessionLeavesNoHandleOpenAndLogsNoEncoderE
     QCoreApplication app(argc, nullptr);
     LogCapture log;
     manager->setRecordAudioType(AudioTypeSystem);
-    manager->startRecording();
+    startRecordingNow(*manager);
     PixelBufferRef picture = PixelBuffer::create(8, 8);
     picture->image().fill(Qt::white);
     fake.screenInput.deliver(picture);
@@ -242,7 +242,7 @@ TEST_F(TNRecordManagerTest, AnOrdinarySessionLeavesNoHandleOpenAndLogsNoEncoderE
     manager->stopRecording();
     manager->switchRecordType(AudioTypeMicphone);
     manager->timerDurationTimeOut();
-    manager->startRecording();
+    startRecordingNow(*manager);
     manager->stopRecording();
     QCoreApplication::processEvents();
 

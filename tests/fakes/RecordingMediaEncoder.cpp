@@ -209,6 +209,7 @@ int apiEncoderSetLimitSize(EncoderHandle h, int32_t megabytes)
 
 int apiEncoderEncode(EncoderHandle h)
 {
+    waitIfHeld("apiEncoderEncode");
     return int(note("apiEncoderEncode", h));
 }
 
