@@ -16,6 +16,26 @@
         <extracomment>Opened in the web browser by the Help menu.</extracomment>
         <translation>https://capstan.org/help</translation>
     </message>
+    <message id="OK">
+        <source>OK</source>
+        <extracomment>Accepts the region of a still clip.</extracomment>
+        <translation>OK</translation>
+    </message>
+    <message id="Cancel">
+        <source>Cancel</source>
+        <extracomment>Ends a still clip without a picture.</extracomment>
+        <translation>Cancel</translation>
+    </message>
+    <message id="Clip Screen Area">
+        <source>Clip Screen Area</source>
+        <extracomment>The screenshot button's entry that starts a still clip of a region or window.</extracomment>
+        <translation>Clip Screen Area</translation>
+    </message>
+    <message id="Clip Full Screen">
+        <source>Clip Full Screen</source>
+        <extracomment>The screenshot button's entry that takes the whole main display.</extracomment>
+        <translation>Clip Full Screen</translation>
+    </message>
     <message id="Press ESC key to exit">
         <source>Press ESC key to exit</source>
         <extracomment>The hint over a region being chosen for a recording.</extracomment>

@@ -6,6 +6,7 @@
 #include "Platform.h"
 #include "RecordScreenHost.h"
 #include "RecordSessionHost.h"
+#include "TNClipScreenManager.h"
 #include "TNRecordManager.h"
 
 #include <QColor>
@@ -139,6 +140,10 @@ public:
     void pauseOrResumeAction();
     void recordScreenTimeDuration(int32_t seconds) override;
     void screenshort();
+    // A still clip of a window or a region on any screen (AppDelegate_clip.cpp): saved like a
+    // screenshot and copied to the clipboard.
+    void clipScreenArea();
+    TNClipScreenManager &clipScreenManager();
     QImage getmainDesktopImage() const;
     QString saveImage(const QImage &image);
     void OnorOffCaptrueCamera();
@@ -258,8 +263,11 @@ private:
     void publishLevelViews();
     bool createOutputFolder();
 
+    void connectScreenshotMenu();
+
     Platform platform_;
     std::unique_ptr<TNRecordManager> recordManager_;
+    std::unique_ptr<TNClipScreenManager> clipScreenManager_;
 
     HomeMainWindow *window_ = nullptr;
     StatusItem *statusItem_ = nullptr;

@@ -12,6 +12,7 @@
 #include "SKVoiceWaveView.h"
 #include "ScreenCatalog.h"
 #include "SettingsKeys.h"
+#include "SoundPlayer.h"
 #include "StatusItem.h"
 #include "TNButton.h"
 #include "UserDefaults.h"
@@ -52,7 +53,7 @@ void AppDelegate::connectWindowActions()
     for (TNButton *pause : {w.pauseOrReume, w.resumeAudioBtn, w.captruePauseOrResumeBtn})
         connect(pause, &TNButton::clicked, this, &AppDelegate::pauseOrResumeAction);
     connect(w.fileListBtn, &TNButton::clicked, this, &AppDelegate::enterFileListAction);
-    connect(w.screenShortBtn, &TNButton::clicked, this, &AppDelegate::screenshort);
+    connectScreenshotMenu();
     connect(w.pencilBtn, &TNButton::clicked, this, &AppDelegate::showDoodleToolAction);
     const auto activated = QOverload<int>::of(&QComboBox::activated);
     connect(w.chooseViewItemBox, activated, this, [this] { areaChangeAction(); });
@@ -404,6 +405,8 @@ QString AppDelegate::saveImage(const QImage &image)
 
 void AppDelegate::screenshort()
 {
+    if (platform_.sounds)
+        platform_.sounds->play(QStringLiteral("Capture"));
     saveImage(getmainDesktopImage());
 }
 

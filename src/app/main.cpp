@@ -1,6 +1,7 @@
 // Capstan: starts the application controller and its main window, and runs until the
 // user or the session ends it.
 #include "AppDelegate.h"
+#include "ClipService.h"
 #include "DesktopWorkspace.h"
 #include "EZAudioDevice.h"
 #include "HomeMainWindow.h"
@@ -12,6 +13,7 @@
 #include "UserDefaults.h"
 
 #include <QApplication>
+#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 
@@ -37,6 +39,10 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(AppDelegate::CFBundleName);
     QApplication::setOrganizationName(AppDelegate::CFBundleName);
     QApplication::setQuitOnLastWindowClosed(false);
+    // `capstan --clip`: a still clip from the running program, else from this one once started.
+    const bool clip = QApplication::arguments().contains(QStringLiteral("--clip"));
+    if (clip && ClipService::askRunningInstanceToClip())
+        return 0;
 
     SignalWatcher watcher;
     QObject::connect(&watcher, &SignalWatcher::terminationRequested, &app, [](int signalNumber) {
@@ -56,6 +62,9 @@ int main(int argc, char *argv[])
     HomeMainWindow window;
     delegate->setWindow(&window);
     delegate->applicationDidFinishLaunching();
+    ClipService clipService(*delegate);
+    if (clip)
+        QTimer::singleShot(0, delegate, &AppDelegate::clipScreenArea);
     NSLog(lcApp, "ready");
     const int status = QApplication::exec();
     delegate->applicationWillTerminate();

@@ -15,6 +15,7 @@ class ScreenCaptureInput;
 class CameraCaptureInput;
 class AudioCaptureInput;
 class Pointer;
+class SoundPlayer;
 
 struct Platform {
     UserDefaults *defaults = nullptr;
@@ -30,4 +31,5 @@ struct Platform {
     CameraCaptureInput *cameraInput = nullptr;
     AudioCaptureInput *audioInput = nullptr;
     Pointer *pointer = nullptr;
+    SoundPlayer *sounds = nullptr; // may be null: no sounds
 };

@@ -53,6 +53,15 @@ QImage SnipUtil::screenShot(WindowServer &windows, const ScreenCatalog &screens,
     return windows.CGWindowListCreateImageFromArray(serverRect, list, kCGWindowImageDefault);
 }
 
+QImage SnipUtil::imageRectangleScreen(WindowServer &windows, const QRectF &rect,
+                                      const QList<CGWindowID> &except)
+{
+    QList<CGWindowID> list =
+        windows.CGWindowListCreate(kCGWindowListOptionOnScreenOnly, kCGNullWindowID);
+    list.removeIf([&except](CGWindowID id) { return except.contains(id); });
+    return windows.CGWindowListCreateImageFromArray(rect, list, kCGWindowImageNominalResolution);
+}
+
 bool SnipUtil::isPoint(const QPointF &point, const QRectF &rect)
 {
     return NSPointInRect(point, rect);

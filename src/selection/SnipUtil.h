@@ -15,6 +15,10 @@ public:
     // a null image when the rectangle is empty or off every screen.
     static QImage screenShot(WindowServer &windows, const ScreenCatalog &screens,
                              const QRectF &rect);
+    // What the on-screen windows but `except` show in rect (the window server's space): a
+    // window's picture free of what lies over it.
+    static QImage imageRectangleScreen(WindowServer &windows, const QRectF &rect,
+                                       const QList<CGWindowID> &except);
     // NSPointInRect: the min edges belong to the rectangle, the max edges don't.
     static bool isPoint(const QPointF &point, const QRectF &rect);
     // Squared: callers only compare distances.

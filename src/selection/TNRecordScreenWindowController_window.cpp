@@ -2,7 +2,7 @@
 // windows of the desktop.
 #include "TNRecordScreenWindowController.h"
 
-#include "Localization.h"
+#include "OverlayWindow.h"
 #include "Platform.h"
 #include "Pointer.h"
 #include "RecordTypes.h"
@@ -10,48 +10,9 @@
 #include "TNRecordManager.h"
 #include "WindowServer.h"
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 #include <cmath>
-#include <functional>
-
-namespace {
-
-// Sees the key presses of one window before its widgets do and lets them pass on.
-class KeyMonitor : public QObject {
-public:
-    KeyMonitor(QWidget *window, std::function<void(int key)> onKey)
-        : window_(window), onKey_(std::move(onKey))
-    {
-        qApp->installEventFilter(this);
-    }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        // A key reaches the native window first: only that delivery counts.
-        if (event->type() == QEvent::KeyPress && window_ && watched == window_->windowHandle())
-            onKey_(static_cast<QKeyEvent *>(event)->key());
-        return false;
-    }
-
-private:
-    QPointer<QWidget> window_;
-    std::function<void(int)> onKey_;
-};
-
-QRectF rectFromBounds(const QVariantMap &bounds)
-{
-    return QRectF(bounds.value(QStringLiteral("X")).toDouble(),
-                  bounds.value(QStringLiteral("Y")).toDouble(),
-                  bounds.value(QStringLiteral("Width")).toDouble(),
-                  bounds.value(QStringLiteral("Height")).toDouble());
-}
-
-} // namespace
 
 TNRecordScreenWindowController::~TNRecordScreenWindowController()
 {
@@ -60,20 +21,11 @@ TNRecordScreenWindowController::~TNRecordScreenWindowController()
 
 void TNRecordScreenWindowController::makeWindow()
 {
-    // Above every window, unmoved by the window manager, see-through where nothing is drawn.
-    auto window = std::make_unique<QWidget>(nullptr, Qt::Window | Qt::FramelessWindowHint |
-                                                         Qt::WindowStaysOnTopHint |
-                                                         Qt::X11BypassWindowManagerHint);
-    window->setAttribute(Qt::WA_TranslucentBackground);
-    // The program's name: the screenshot of a still clip leaves out windows so named.
-    window->setWindowTitle(Localization::localizedStringForKey(QStringLiteral("Meun_App")));
-    window->setAccessibleDescription(QStringLiteral("TNClipWindow"));
-    const QRect frame =
-        SnipUtil::cgWindowRectToScreenRect(*platform_.screens, screen_.frame).toAlignedRect();
-    window->setGeometry(frame);
+    auto window = makeOverlayWindow(*platform_.screens, screen_);
+    const QSize size = window->size();
     const quint64 type = delegate_ ? delegate_->recordVideoType() : VideoTypeCustomArea;
     recordScreenView_ =
-        new TNClipView(QRect(QPoint(), frame.size()),
+        new TNClipView(QRect(QPoint(), size),
                        {1, type == VideoTypeFullScreen, type == VideoTypeAppWindow}, window.get());
     recordScreenView_->setDelegate(this);
     if (const std::optional<ScreenInfo> main = platform_.screens->mainScreen())
@@ -86,13 +38,7 @@ void TNRecordScreenWindowController::makeWindow()
 
 void TNRecordScreenWindowController::makeKeyAndOrderFront()
 {
-    if (!window_)
-        return;
-    window_->show();
-    window_->raise();
-    window_->activateWindow();
-    if (recordScreenView_)
-        recordScreenView_->setFocus();
+    orderFrontAndFocus(window_.get(), recordScreenView_);
 }
 
 void TNRecordScreenWindowController::orderOut()

@@ -1144,3 +1144,90 @@ class CapstanTestCase(unittest.TestCase):
             for app in self._runs:
                 sys.stderr.write(f"---- capstan's log ({app.home}) ----\n{app.log}\n")
         return outcome
+
+
+# ---------------------------------------------------------------------------------------------
+# Test patterns and the overlays
+
+# Four quadrants, none like another and none a mirror of another: red, green / blue, white.
+QUADRANTS = ((255, 0, 0), (0, 255, 0), (0, 0, 255), (255, 255, 255))
+PATTERN = (400, 300)
+
+
+PATTERN_BIN = os.environ.get("CAPSTAN_PATTERN_BIN",
+                             os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                          "..", "..", "build", "tests", "e2e",
+                                          "capstan_e2e_pattern"))
+
+
+class PatternWindow:
+    """The test pattern in a borderless window at (x, y) of the desktop; with a colour, a
+    window of that colour alone."""
+
+    def __init__(self, x, y, size=PATTERN, colour=None):
+        self.x, self.y, self.size, self.colour = x, y, size, colour
+        self.name = "capstan-cover" if colour else "capstan-pattern"
+
+    def __enter__(self):
+        self.process = subprocess.Popen(
+            [PATTERN_BIN, str(self.x), str(self.y), *map(str, self.size),
+             *([self.colour] if self.colour else [])],
+            env=dict(os.environ, QT_QPA_PLATFORM="xcb"), stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        ids = wait_until(lambda: x_windows("--onlyvisible", "--name", self.name),
+                             15, self.name)
+        xdotool("windowmove", ids[0], self.x, self.y)
+        wait_until(lambda: x_geometry(ids[0])[:2] == (self.x, self.y), 5,
+                       "the pattern window in place")
+        time.sleep(0.5)  # drawn
+        return self
+
+    def __exit__(self, *exc):
+        self.process.terminate()
+        self.process.wait(10)
+
+
+def frame_pixels(path, at_seconds, points):
+    """The RGB colours of a movie's frame at the given (x, y) points."""
+    out = subprocess.run(
+        ["ffmpeg", "-v", "error", "-ss", str(at_seconds), "-i", path, "-frames:v", "1", "-f",
+         "rawvideo", "-pix_fmt", "rgb24", "-"], capture_output=True, timeout=60, check=True)
+    width = probe(path)["width"]
+    pixels = []
+    for x, y in points:
+        i = (y * width + x) * 3
+        pixels.append(tuple(out.stdout[i:i + 3]))
+    return pixels
+
+
+def overlays():
+    """The visible overlay windows: named as the program, each the size of a monitor."""
+    sizes = {m[2:] for m in monitors()}
+    return [i for i in x_windows("--onlyvisible", "--name", "^Capstan$")
+            if x_geometry(i)[2:] in sizes]
+
+
+def near(colour, wanted, tolerance=60):
+    return all(abs(a - b) <= tolerance for a, b in zip(colour, wanted))
+
+
+def drag(start, end):
+    """A press at start, five moves and a release at end, as a hand drags."""
+    xdotool("mousemove", *start)
+    time.sleep(0.2)
+    xdotool("mousedown", 1)
+    for step in range(1, 6):
+        xdotool("mousemove", start[0] + (end[0] - start[0]) * step // 5,
+                start[1] + (end[1] - start[1]) * step // 5)
+        time.sleep(0.05)
+    xdotool("mouseup", 1)
+
+
+def clipboard_picture():
+    """The clipboard's picture as (width, height, (r, g, b) at its centre), or None."""
+    out = subprocess.run([PATTERN_BIN, "--clipboard"], env=dict(os.environ, QT_QPA_PLATFORM="xcb"),
+                         capture_output=True, text=True, timeout=30).stdout.split()
+    if len(out) != 5:
+        return None
+    w, h, r, g, b = map(int, out)
+    return w, h, (r, g, b)

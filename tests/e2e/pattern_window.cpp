@@ -2,7 +2,12 @@
 // in four quadrants none like another nor a mirror of another (red, green / blue, white).
 // Usage: capstan_e2e_pattern X Y W H [COLOUR]; with a colour the window is that colour alone
 // (a window to cover another with).
+// capstan_e2e_pattern --clipboard prints the clipboard's picture as "W H R G B" (its size and
+// the colour at its centre), or "none".
 #include <QApplication>
+#include <QClipboard>
+#include <QImage>
+#include <cstdio>
 #include <QPainter>
 #include <QWidget>
 
@@ -34,6 +39,17 @@ int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
     const QStringList args = app.arguments();
+    if (args.size() == 2 && args[1] == QStringLiteral("--clipboard")) {
+        const QImage image = QApplication::clipboard()->image();
+        if (image.isNull()) {
+            std::puts("none");
+        } else {
+            const QColor c = image.pixelColor(image.width() / 2, image.height() / 2);
+            std::printf("%d %d %d %d %d\n", image.width(), image.height(), c.red(), c.green(),
+                        c.blue());
+        }
+        return 0;
+    }
     if (args.size() != 5 && args.size() != 6)
         return 2;
     Pattern pattern;

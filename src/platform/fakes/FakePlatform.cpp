@@ -24,5 +24,6 @@ Platform FakePlatform::platform()
     p.cameraInput = &cameraInput;
     p.audioInput = &audioInput;
     p.pointer = &pointer;
+    p.sounds = &sounds;
     return p;
 }

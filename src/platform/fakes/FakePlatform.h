@@ -25,4 +25,5 @@ public:
     FakeCameraCaptureInput cameraInput;
     FakeAudioCaptureInput audioInput;
     FakePointer pointer;
+    FakeSoundPlayer sounds;
 };

@@ -7,6 +7,7 @@
 #include "Permissions.h"
 #include "Pointer.h"
 #include "ScreenCatalog.h"
+#include "SoundPlayer.h"
 #include "StandardFolders.h"
 #include "SystemVersion.h"
 #include "UserDefaults.h"
@@ -221,6 +222,20 @@ public:
 };
 
 // A pointer at a scripted place with a small drawn arrow.
+class FakeSoundPlayer final : public SoundPlayer {
+public:
+    QStringList available{QStringLiteral("Capture"), QStringLiteral("1356")};
+    QStringList played;
+    bool prepareToPlay(const QString &name) override { return available.contains(name); }
+    bool play(const QString &name) override
+    {
+        if (!available.contains(name))
+            return false;
+        played.append(name);
+        return true;
+    }
+};
+
 class FakePointer final : public Pointer {
 public:
     QPointF location;

@@ -4,6 +4,7 @@
 #include "NullAdapters.h"
 #include "PulseAudioCaptureInput.h"
 #include "PulseAudioHardware.h"
+#include "PulseSoundPlayer.h"
 #include "QSettingsUserDefaults.h"
 #include "X11Adapters.h"
 
@@ -29,6 +30,7 @@ struct LinuxPlatform::Adapters {
     // Without a sound server these answer "no devices" and the program runs silent.
     PulseAudioHardware audio;
     PulseAudioCaptureInput audioInput{audio};
+    PulseSoundPlayer sounds;
     QtScreenCatalog screens;
     LinuxSystemVersion version;
     LinuxPermissions permissions;
@@ -65,6 +67,7 @@ LinuxPlatform::LinuxPlatform() : adapters_(std::make_unique<Adapters>())
     platform_.cameraInput = &a.cameraInput;
     platform_.audioInput = &a.audioInput;
     platform_.pointer = a.pointer.get();
+    platform_.sounds = &a.sounds;
 }
 
 LinuxPlatform::~LinuxPlatform() = default;
