@@ -148,6 +148,15 @@ public:
     QString saveImage(const QImage &image);
     void OnorOffCaptrueCamera();
     void showDoodleToolAction();
+    // The start and stop menus of the timing button (AppDelegate_timing.cpp).
+    void startSetsItemAction();
+    void addStartSetsMenu();
+    void addStopSetsMenu();
+    void startSetsItemChangeAction(int index);
+    void countDownAction(const QString &title);
+    void autoStopSetsAction(const QString &title);
+    qint64 startSetsItemIndex() const { return startSetsItemIndex_; }
+    double autoStop_Duration() const { return autoStop_Duration_; }
     void disableSourceControls() override;
     void enableSourceChoice() override;
     void showRecordingControls() override;
@@ -281,6 +290,7 @@ private:
     std::atomic<int> recordProgressNum_{-1};
     std::atomic<int> tickSeconds_{0};
     double autoStop_Duration_ = 0;
+    qint64 startSetsItemIndex_ = 0;
     double autoStop_StartTime_ = 0;
     bool isAutoStop_ = false;
     bool isAutoStopOnce_ = false;

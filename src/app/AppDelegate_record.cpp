@@ -54,6 +54,7 @@ void AppDelegate::connectWindowActions()
         connect(pause, &TNButton::clicked, this, &AppDelegate::pauseOrResumeAction);
     connect(w.fileListBtn, &TNButton::clicked, this, &AppDelegate::enterFileListAction);
     connectScreenshotMenu();
+    connect(w.startSetsBtn, &TNButton::clicked, this, &AppDelegate::startSetsItemAction);
     connect(w.pencilBtn, &TNButton::clicked, this, &AppDelegate::showDoodleToolAction);
     const auto activated = QOverload<int>::of(&QComboBox::activated);
     connect(w.chooseViewItemBox, activated, this, [this] { areaChangeAction(); });

@@ -9,6 +9,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLabel>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
@@ -332,6 +333,8 @@ void HomeMainWindow::buildToolButtons()
     startSetsBtn =
         namedButton(infoView, QRect(kWidth - 35, 10, 24, 24), QStringLiteral("btnTiming_Normal"),
                     QStringLiteral("btnTiming_On"), QStringLiteral("startSetsBtn"));
+    startSetsItemBox = new QMenu(startSetsBtn);
+    startSetsItemBox->setAccessibleDescription(QStringLiteral("startSetsItemBox"));
 }
 
 void HomeMainWindow::buildCameraView()

@@ -7,6 +7,7 @@
 #include <functional>
 
 class QComboBox;
+class QMenu;
 class QLabel;
 class NSVertProgressView;
 class SKVoiceWaveView;
@@ -90,6 +91,8 @@ public:
     TNButton *screenShortBtn = nullptr;
     TNButton *setsBtn = nullptr;
     TNButton *startSetsBtn = nullptr;
+    // The start menu, or the stop menu while recording, built at each opening.
+    QMenu *startSetsItemBox = nullptr;
     // Camera mode.
     QWidget *captrueInputView = nullptr;
     QLabel *captrueContentVideoView = nullptr;

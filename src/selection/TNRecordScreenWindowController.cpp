@@ -211,7 +211,10 @@ void TNRecordScreenWindowController::showCircleDownCounter()
     if (std::isnan(seconds))
         seconds = 3.0f;
     // No countdown of no length: a counter would never finish.
-    if (!host_.isShowReverseTime() || !view || !(seconds > 0)) {
+    const bool counting = host_.isShowReverseTime() && seconds > 0;
+    if (counting && !view && wholeScreen())
+        view = actingController()->makeCounterWindow();
+    if (!counting || !view) {
         startRecording();
         return;
     }
@@ -230,19 +233,39 @@ void TNRecordScreenWindowController::showCircleDownCounter()
     counter->setNumberFont(CircleCounterView::courierBold(60));
     counter->setCircleColor(Qt::white);
     counter->setCircleBorderWidth(10);
-    view->window()->setMask(frameMask_.united(counter->geometry().translated(hole.topLeft())));
+    // Round: without a compositing manager the counter's transparent corners would show black.
+    view->window()->setMask(frameMask_.united(
+        QRegion(counter->geometry().translated(hole.topLeft()), QRegion::Ellipse)));
+}
+
+TNClipView *TNRecordScreenWindowController::makeCounterWindow()
+{
+    // A whole screen has no overlay of its own: one stands for the countdown alone, showing
+    // nothing but the counter and letting the pointer through.
+    makeWindow(false);
+    recordScreenView_->showClipViewWithFrame(
+        startingRegionForScreen(QRectF(QPointF(), screen_.frame.size())), nullptr);
+    recordScreenView_->setHaveSetClearColor(true);
+    window_->setMask(QRegion(0, 0, 1, 1));
+    window_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    makeKeyAndOrderFront();
+    if (window_->windowHandle())
+        window_->windowHandle()->setFlag(Qt::WindowTransparentForInput, true);
+    return recordScreenView_;
 }
 
 void TNRecordScreenWindowController::counterDownFinished(CircleCounterView *counter)
 {
     counter->setDelegate(nullptr);
     counter->hide();
+    if (wholeScreen())
+        counter->window()->hide(); // it stood for the countdown only
+    else if (recordScreenView_)
+        recordScreenView_->window()->setMask(frameMask_);
     if (counterHost_) {
         counterHost_->deleteLater();
         counterHost_ = nullptr;
     }
-    if (recordScreenView_)
-        recordScreenView_->window()->setMask(frameMask_);
     startRecording();
 }
 

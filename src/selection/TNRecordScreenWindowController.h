@@ -75,7 +75,8 @@ private:
     TNRecordScreenWindowController *actingController();
     TNClipView *actingView();
     // TNRecordScreenWindowController_window.cpp: the overlay window and the keys.
-    void makeWindow();
+    void makeWindow(bool show = true);
+    TNClipView *makeCounterWindow();
     void addEventMonitor();
     // Escape: the selection ends on every screen.
     void cancelSelection();

@@ -19,7 +19,7 @@ TNRecordScreenWindowController::~TNRecordScreenWindowController()
     cleanup();
 }
 
-void TNRecordScreenWindowController::makeWindow()
+void TNRecordScreenWindowController::makeWindow(bool show)
 {
     auto window = makeOverlayWindow(*platform_.screens, screen_);
     const QSize size = window->size();
@@ -33,7 +33,8 @@ void TNRecordScreenWindowController::makeWindow()
     // One click on a window takes it, on the overlay it was made on.
     recordScreenView_->startRegisteredRecording = [this] { startNoteButtonClick(); };
     window_ = std::move(window);
-    makeKeyAndOrderFront();
+    if (show)
+        makeKeyAndOrderFront();
 }
 
 void TNRecordScreenWindowController::makeKeyAndOrderFront()

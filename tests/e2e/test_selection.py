@@ -105,6 +105,102 @@ class SelectionTest(e2e.CapstanTestCase):
         app.widget("btnStartRecrord", role="push button")
         self.assertEqual(app.recordings(), [])
 
+    def test_a_countdown_of_three_shows_three_two_one_and_records_after_it(self):
+        app = self.launch()
+        app.main_window()
+        app.enter_source("Main_Full_Screen")
+        with e2e.PopupWatch() as watch:
+            app.press("startSetsBtn")
+            menu = app.wait(lambda: next(iter(watch.menus()), None), 5, "the timing menu")
+            countdown = next(c for c in menu if c is not None and c.name == "Record After Countdown")
+            e2e.click(*e2e.centre(countdown))
+            item = app.wait(lambda: next((c for m in watch.menus() for c in m
+                                          if c is not None and c.name == "3 Seconds"), None),
+                            5, "the countdown's submenu")
+            with ScreenFilm(self.band()) as film:
+                e2e.click(*e2e.centre(item))
+                chosen = time.monotonic()
+                app.widget("btnStopRecord", role="push button", timeout=10)
+                began = time.monotonic()
+                time.sleep(0.5)
+        # A silent second, three of numbers, then the recording (the encoder's start included).
+        self.assertGreater(began - chosen, 3.5)
+        self.assertLess(began - chosen, 5.5)
+        app.hold(began + 3.0)
+        app.stop_recording()
+        files = app.recordings()
+        self.assertEqual(len(files), 1, files)
+        self.assertAlmostEqual(e2e.probe(files[0])["duration"], 3.0, delta=1.0)
+
+        # The counter stands in the middle of the recorded screen: three numbers a second each
+        # (3, 2, 1, each another shape), then nothing.
+        numbers = film.numbers()
+        self.assertEqual(len(numbers), 3, numbers)
+        for shown, seconds in numbers:
+            self.assertAlmostEqual(seconds, 1.0, delta=0.35, msg=numbers)
+        self.assertEqual(len({shown for shown, _ in numbers}), 3, numbers)
+
+    def band(self):
+        """The 200 px high band across the monitors' middles, where the counter stands."""
+        monitors = e2e.monitors()
+        middle = monitors[0][1] + monitors[0][3] // 2
+        right = max(x + w for x, y, w, h in monitors)
+        return (0, middle - 100, right, 200)
+
+
+class ScreenFilm:
+    """Films a band of the screen at 10 frames a second while in the with block."""
+
+    RATE = 10
+
+    def __init__(self, band):
+        self.x, self.y, self.w, self.h = band
+        import tempfile
+        self.path = os.path.join(tempfile.mkdtemp(prefix="capstan-e2e-film-"), "band.nut")
+
+    def __enter__(self):
+        self.process = subprocess.Popen(
+            ["ffmpeg", "-v", "error", "-y", "-f", "x11grab", "-framerate", str(self.RATE),
+             "-video_size", f"{self.w}x{self.h}", "-i",
+             f"{os.environ['DISPLAY']}+{self.x},{self.y}", "-c:v", "ffv1", self.path],
+            stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(0.5)
+        return self
+
+    def __exit__(self, *exc):
+        self.process.communicate(b"q", timeout=30)
+
+    def frames(self):
+        raw = subprocess.run(["ffmpeg", "-v", "error", "-i", self.path, "-f", "rawvideo",
+                              "-pix_fmt", "rgb24", "-"], capture_output=True, check=True,
+                             timeout=120).stdout
+        size = self.w * self.h * 3
+        return [raw[i:i + size] for i in range(0, len(raw) - size + 1, size)]
+
+    def numbers(self):
+        """[(the number's shape, seconds shown)] in order: runs of frames with a white number
+        in a monitor's middle, told apart by the white of the middle 80 x 80."""
+        centres = [x + w // 2 - self.x for x, y, w, h in e2e.monitors()]
+        runs = []
+        for frame in self.frames():
+            def white(x, y):
+                i = (y * self.w + x) * 3
+                return all(c > 200 for c in frame[i:i + 3])
+
+            shape = None
+            for cx in centres:
+                middle = tuple(white(cx + dx, self.h // 2 + dy) for dy in range(-40, 41, 8)
+                               for dx in range(-40, 41, 8))
+                if sum(middle) > 5:
+                    shape = middle
+            # A frame caught while the screen was being drawn differs in a few points only.
+            if runs and (shape is None) == (runs[-1][0] is None) and (
+                    shape is None or sum(a != b for a, b in zip(shape, runs[-1][0])) <= 8):
+                runs[-1][1] += 1
+            else:
+                runs.append([shape, 1])
+        return [(shape, count / self.RATE) for shape, count in runs
+                if shape is not None and count > 1]
 
 if __name__ == "__main__":
     e2e.main()
