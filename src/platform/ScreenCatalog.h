@@ -21,4 +21,16 @@ public:
     virtual QList<ScreenInfo> screens() const = 0;
     // The screen with the keyboard focus; the primary one on X11.
     virtual std::optional<ScreenInfo> mainScreen() const = 0;
+    // The primary display in the window system's own coordinates, where windows are placed
+    // (X11: the root window's; a panel left of the primary moves it off the origin). By
+    // default the screen at screen space's origin, standing at the root's origin.
+    virtual QRectF primaryRootFrame() const
+    {
+        for (const ScreenInfo &screen : screens()) {
+            if (screen.frame.topLeft() == QPointF())
+                return QRectF(QPointF(), screen.frame.size());
+        }
+        const std::optional<ScreenInfo> main = mainScreen();
+        return main ? QRectF(QPointF(), main->frame.size()) : QRectF();
+    }
 };

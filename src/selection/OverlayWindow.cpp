@@ -1,7 +1,7 @@
 #include "OverlayWindow.h"
 
 #include "Localization.h"
-#include "SnipUtil.h"
+#include "ScreenGeometry.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -15,7 +15,10 @@ std::unique_ptr<QWidget> makeOverlayWindow(const ScreenCatalog &screens, const S
     window->setAttribute(Qt::WA_TranslucentBackground);
     window->setWindowTitle(Localization::localizedStringForKey(QStringLiteral("Meun_App")));
     window->setAccessibleDescription(QStringLiteral("TNClipWindow"));
-    window->setGeometry(SnipUtil::cgWindowRectToScreenRect(screens, screen.frame).toAlignedRect());
+    // Windows stand in the root window's coordinates, where the primary monitor need not be
+    // at the origin.
+    window->setGeometry(
+        ScreenGeometry::screenToRoot(screen.frame, screens.primaryRootFrame()).toAlignedRect());
     return window;
 }
 

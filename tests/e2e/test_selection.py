@@ -12,6 +12,37 @@ PatternWindow, frame_pixels, overlays, near = (e2e.PatternWindow, e2e.frame_pixe
                                                e2e.near)
 
 
+class OffsetLayout:
+    """The desk's monitors laid out as a laptop panel left of a shorter primary monitor, so the
+    primary does not sit at the root's origin: LEFT 800 x 1080 at (0, 0), MAIN 1120 x 900 at
+    (800, 0). The desk's own monitors come back afterwards."""
+
+    LAYOUT = (("LEFT", "800/212x1080/286+0+0", "screen"),
+              ("*MAIN", "1120/296x900/238+800+0", "none"))
+
+    def __enter__(self):
+        out = subprocess.run(["xrandr", "--listmonitors"], capture_output=True, text=True,
+                             check=True).stdout
+        self.saved = []
+        for line in out.splitlines()[1:]:
+            fields = line.split()
+            name, geometry = fields[1].lstrip("+"), fields[2]
+            self.saved.append((name, geometry, fields[3] if len(fields) > 3 else "none"))
+        self.apply([name.lstrip("*") for name, _, _ in self.saved], self.LAYOUT)
+        return self
+
+    def __exit__(self, *exc):
+        self.apply([name.lstrip("*") for name, _, _ in self.LAYOUT], self.saved)
+
+    @staticmethod
+    def apply(old_names, monitors):
+        for name in old_names:
+            subprocess.run(["xrandr", "--delmonitor", name], check=True)
+        for name, geometry, output in monitors:
+            subprocess.run(["xrandr", "--setmonitor", name, geometry, output], check=True)
+        time.sleep(1.0)  # the window manager and the X clients follow
+
+
 class SelectionTest(e2e.CapstanTestCase):
     def drag(self, start, end):
         e2e.drag(start, end)
@@ -31,8 +62,8 @@ class SelectionTest(e2e.CapstanTestCase):
         """Drags a region over the pattern on a monitor, accepts it with Return, records 3 s;
         the file's size and the colours of its quadrants."""
         mx, my, mw, mh = e2e.monitors()[monitor]
-        # Above the main window, which sits in the middle of the first monitor.
-        x, y = mx + 100, my + 80
+        # Above the main window, which sits in the middle of the main monitor.
+        x, y = mx + 100, my + 40
         with PatternWindow(x, y):
             app = self.arm("Main_Custom_Area")
             self.drag((x, y), (x + PATTERN[0], y + PATTERN[1]))
@@ -57,12 +88,20 @@ class SelectionTest(e2e.CapstanTestCase):
         for colour, wanted, where in zip(colours, QUADRANTS, ("upper left", "upper right",
                                                               "lower left", "lower right")):
             self.assertTrue(near(colour, wanted), f"{where}: {colour}, wanted {wanted}")
+        app.stop()
 
     def test_a_region_on_the_left_monitor_is_recorded_upright_and_even_sided(self):
         self.record_region(0)
 
     def test_a_region_on_the_right_monitor_is_recorded_upright_and_even_sided(self):
         self.record_region(1)
+
+    def test_regions_on_both_monitors_of_an_offset_layout_are_recorded_upright(self):
+        with OffsetLayout():
+            self.assertEqual(e2e.main_monitor(), (800, 0, 1120, 900))
+            for monitor in (1, 0):
+                with self.subTest(monitor=e2e.monitors()[monitor]):
+                    self.record_region(monitor)
 
     def test_a_window_is_taken_with_one_click_and_recorded_while_another_covers_it(self):
         mx, my, mw, mh = e2e.monitors()[0]

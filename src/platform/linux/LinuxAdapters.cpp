@@ -88,6 +88,13 @@ std::optional<ScreenInfo> QtScreenCatalog::mainScreen() const
                         int(QGuiApplication::screens().indexOf(QGuiApplication::primaryScreen())));
 }
 
+QRectF QtScreenCatalog::primaryRootFrame() const
+{
+    if (!qGuiApp || !QGuiApplication::primaryScreen())
+        return {};
+    return QRectF(QGuiApplication::primaryScreen()->geometry());
+}
+
 void MessageBoxAlerts::showModleMessage(const QString &message, const QString &)
 {
     QMessageBox box(QMessageBox::Information, QString(), message, QMessageBox::Ok);

@@ -42,6 +42,7 @@ class QtScreenCatalog final : public ScreenCatalog {
 public:
     QList<ScreenInfo> screens() const override;
     std::optional<ScreenInfo> mainScreen() const override;
+    QRectF primaryRootFrame() const override;
 };
 
 class MessageBoxAlerts final : public Alerts {
