@@ -105,9 +105,24 @@ void TNClipView::showClipViewWithFrame(const QRectF &rect, QWidget *toolbar)
 
 void TNClipView::setFrameForContentView(const QRectF &rect)
 {
+    const QRectF before = selection_.contentFrame();
     selection_.setFrameForContentView(rect);
+    // Hover proposes the same window move after move: nothing to draw then.
+    if (selection_.contentFrame() == before)
+        return;
     resetIndicatorField();
-    update();
+    updateAround(before);
+}
+
+void TNClipView::updateAround(const QRectF &borderBefore)
+{
+    // Only the frame's old and new places change: the dim moves with the hole, the frame and
+    // its handles with the border. A whole-screen repaint costs milliseconds.
+    constexpr int kMargin = 4;
+    const auto dirty = [this](const QRectF &border) {
+        return widgetRect(border).toAlignedRect().adjusted(-kMargin, -kMargin, kMargin, kMargin);
+    };
+    update(QRegion(dirty(borderBefore)).united(dirty(selection_.contentFrame())));
 }
 
 void TNClipView::setOverlayAlpha(double alpha)
@@ -308,9 +323,10 @@ void TNClipView::mouseMoveEvent(QMouseEvent *event)
 {
     const QPointF p = viewPoint(event->position());
     if (event->buttons() & Qt::LeftButton) {
+        const QRectF before = selection_.contentFrame();
         if (selection_.mouseDragged(p)) {
             resetIndicatorField();
-            update();
+            updateAround(before);
         }
         return;
     }

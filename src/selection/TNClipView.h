@@ -83,6 +83,8 @@ private:
     void press(const QPointF &widgetPoint, int clickCount);
     void release();
     void updateCursor(const QPointF &viewPoint);
+    // Repaints where the frame stood and where it stands now.
+    void updateAround(const QRectF &borderBefore);
     void resetIndicatorField();
     void buildIndicatorView();
 
