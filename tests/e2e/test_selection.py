@@ -58,15 +58,23 @@ class SelectionTest(e2e.CapstanTestCase):
         time.sleep(0.5)
         return app
 
-    def record_region(self, monitor):
-        """Drags a region over the pattern on a monitor, accepts it with Return, records 3 s;
-        the file's size and the colours of its quadrants."""
+    def record_region(self, monitor, how="drag"):
+        """Marks the pattern on a monitor as the region (drag: from its upper left to its lower
+        right; reversed: the other way; click: a click on it, hover having proposed it),
+        accepts it with Return, records 3 s; checks the file's size and its quadrants."""
         mx, my, mw, mh = e2e.monitors()[monitor]
         # Above the main window, which sits in the middle of the main monitor.
         x, y = mx + 100, my + 40
         with PatternWindow(x, y):
             app = self.arm("Main_Custom_Area")
-            self.drag((x, y), (x + PATTERN[0], y + PATTERN[1]))
+            corners = ((x, y), (x + PATTERN[0], y + PATTERN[1]))
+            if how == "click":
+                e2e.xdotool("mousemove", x + 50, y + 50)
+                time.sleep(0.3)
+                e2e.click(x + 60, y + 60)
+                time.sleep(0.6)  # longer than a slip of the hand
+            else:
+                self.drag(*(corners if how == "drag" else corners[::-1]))
             e2e.key("Return")
             app.widget("btnStopRecord", role="push button", timeout=10)
             app.hold(time.monotonic() + 3.0)
@@ -102,6 +110,27 @@ class SelectionTest(e2e.CapstanTestCase):
             for monitor in (1, 0):
                 with self.subTest(monitor=e2e.monitors()[monitor]):
                     self.record_region(monitor)
+
+    def test_a_click_keeps_the_proposed_window_and_a_reversed_drag_equals_the_drag(self):
+        for how in ("click", "reversed"):
+            with self.subTest(how=how):
+                self.record_region(0, how)
+
+    def test_a_thin_band_is_widened_and_the_label_shows_the_content_less_four(self):
+        app = self.arm("Main_Custom_Area")
+        mx, my, _, _ = e2e.monitors()[0]
+        x, y = mx + 200, my + 100
+        self.drag((x, y), (x + 10, y + 300))
+        # 10 x 300 grows to the least side, 64; the label tells 4 less than the content.
+        label = app.widget("frameTextField", timeout=5)
+        app.wait(lambda: label.name == "60x296", 5, f"the size label (it reads {label.name!r})")
+        e2e.key("Return")
+        app.widget("btnStopRecord", role="push button", timeout=10)
+        app.hold(time.monotonic() + 2.0)
+        app.stop_recording()
+        files = app.recordings()
+        media = e2e.probe(files[0])
+        self.assertEqual((media["width"], media["height"]), (60, 296))
 
     def test_a_window_is_taken_with_one_click_and_recorded_while_another_covers_it(self):
         mx, my, mw, mh = e2e.monitors()[0]
