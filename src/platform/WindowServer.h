@@ -42,4 +42,7 @@ public:
     virtual QImage CGWindowListCreateImageFromArray(const QRectF &rect,
                                                     const QList<CGWindowID> &windows,
                                                     uint32_t imageOption) = 0;
+    // Whether a compositing manager shows translucent windows over what lies beneath; without
+    // one a translucent window shows its own pixels only.
+    virtual bool isCompositing() const { return true; }
 };

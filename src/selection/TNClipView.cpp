@@ -240,7 +240,15 @@ void TNClipView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     // The grey until the pointer first moves lies under everything, the hole too.
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(rect(), haveSetClearColor_ ? QColor(Qt::transparent) : QColor(0, 0, 0, 102));
+    if (paintsScreenImage_) {
+        painter.drawImage(rect(), screenImage_);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        if (!haveSetClearColor_)
+            painter.fillRect(rect(), QColor(0, 0, 0, 102));
+    } else {
+        painter.fillRect(rect(),
+                         haveSetClearColor_ ? QColor(Qt::transparent) : QColor(0, 0, 0, 102));
+    }
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     const QRect hole = widgetRect(contentViewFrame()).toAlignedRect();
     painter.setClipRegion(QRegion(rect()).subtracted(QRegion(hole)));
@@ -255,7 +263,10 @@ void TNClipView::paintEvent(QPaintEvent *)
         QColor color = borderColor_;
         color.setAlphaF(float(color.alphaF() * borderAlpha_));
         GKCropBorderPainter::paint(painter, border.size(), color, hideHandleRect_);
+        painter.resetTransform();
     }
+    if (showsLoupe())
+        paintLoupe(painter);
 }
 
 void TNClipView::press(const QPointF &widgetPoint, int clickCount)
@@ -331,6 +342,7 @@ void TNClipView::mouseMoveEvent(QMouseEvent *event)
         return;
     }
     NSLog(lcSelection, "鼠标移动");
+    moveLoupe();
     if (selection_.mouseMoved()) {
         if (delegate_)
             delegate_->clipViewMouseMoved(this);

@@ -3,13 +3,18 @@
 // region, shows the dashed frame with its handles and the accept bar, and turns the pointer's
 // hover, presses and drags into a region (TNClipSelection) and into calls on its delegate.
 // Its geometry is kept y up from the view's lower left; Qt's events and painting are y down.
+#include "LoupeGeometry.h"
 #include "TNClipSelection.h"
 
 #include <QColor>
+#include <QImage>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 class QLabel;
+class QPainter;
+class QRegion;
 class TNButton;
 class TNClipView;
 
@@ -71,12 +76,22 @@ public:
     QPointF viewPoint(const QPointF &widgetPoint) const;
     QRectF widgetRect(const QRectF &viewRect) const;
 
+    // The screen's picture, taken once when the overlay is set up: the loupe enlarges it, and
+    // without a compositing manager it stands under the dim, where the desktop would show.
+    void setScreenImage(const QImage &picture) { screenImage_ = picture; }
+    void setPaintsScreenImage(bool paints);
+    // Where the pointer and its arrow are and which screen is under it, or nothing while the
+    // pointer is on another screen: the loupe follows it while a region is chosen.
+    void setLoupeSource(std::function<std::optional<LoupeGeometry::Input>()> source);
+    bool showsLoupe() const;
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void leaveEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
@@ -85,6 +100,11 @@ private:
     void updateCursor(const QPointF &viewPoint);
     // Repaints where the frame stood and where it stands now.
     void updateAround(const QRectF &borderBefore);
+    // TNClipView_loupe.cpp.
+    void paintLoupe(QPainter &painter);
+    // What the loupe covers in widget coordinates: panel and marks.
+    QRegion loupeRegion() const;
+    void moveLoupe();
     void resetIndicatorField();
     void buildIndicatorView();
 
@@ -104,4 +124,8 @@ private:
     bool hideHandleRect_ = false;
     bool pressed_ = false;
     QRectF mainScreenFrame_;
+    QImage screenImage_;
+    bool paintsScreenImage_ = false;
+    std::function<std::optional<LoupeGeometry::Input>()> loupeSource_;
+    std::optional<LoupeGeometry::Loupe> loupe_;
 };

@@ -68,6 +68,13 @@ void TNClipWindowController::startCaptureWithScreen(const ScreenInfo &screen)
     if (const std::optional<ScreenInfo> main = platform_.screens->mainScreen())
         clipView_->setMainScreenFrame(main->frame.translated(-screen.frame.topLeft()));
     clipView_->installEventFilter(new ToolbarFollower(clipView_, [this] { resetToolBarFrame(); }));
+    // Where translucent windows show only their own pixels, the screen as it was stands in.
+    if (!platform_.windows->isCompositing()) {
+        clipView_->setScreenImage(SnipUtil::imageRectangleScreen(
+            *platform_.windows,
+            SnipUtil::cgWindowRectToScreenRect(*platform_.screens, screen.frame), {}));
+        clipView_->setPaintsScreenImage(true);
+    }
     makeKeyAndOrderFront();
 
     toolbarViewController_ = new TNClipToolbarViewController(clipView_);

@@ -2,6 +2,7 @@
 // windows of the desktop.
 #include "TNRecordScreenWindowController.h"
 
+#include "NSScreenPointConversion.h"
 #include "OverlayWindow.h"
 #include "Platform.h"
 #include "Pointer.h"
@@ -32,6 +33,22 @@ void TNRecordScreenWindowController::makeWindow(bool show)
         recordScreenView_->setMainScreenFrame(main->frame);
     // One click on a window takes it, on the overlay it was made on.
     recordScreenView_->startRegisteredRecording = [this] { startNoteButtonClick(); };
+    // The screen as it is before the overlay covers it: for the loupe, and to stand in for the
+    // desktop where translucent windows show only their own pixels.
+    recordScreenView_->setScreenImage(SnipUtil::imageRectangleScreen(
+        *platform_.windows, SnipUtil::cgWindowRectToScreenRect(*platform_.screens, screen_.frame),
+        {}));
+    recordScreenView_->setPaintsScreenImage(!platform_.windows->isCompositing());
+    const CursorImage arrow = platform_.pointer->arrowCursor();
+    recordScreenView_->setLoupeSource([this, arrow]() -> std::optional<LoupeGeometry::Input> {
+        const std::optional<ScreenInfo> under =
+            NSScreenPointConversion::currentScreenForMouseLocation(*platform_.screens,
+                                                                   *platform_.pointer);
+        if (!under || !(*under == screen_))
+            return std::nullopt;
+        return LoupeGeometry::Input{platform_.pointer->mouseLocation(), arrow.image.size(),
+                                    arrow.hotSpot, under->frame};
+    });
     window_ = std::move(window);
     if (show)
         makeKeyAndOrderFront();

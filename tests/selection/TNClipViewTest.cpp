@@ -132,4 +132,60 @@ TEST_F(TNClipViewTest, AWindowIsTakenWithOneClickAndNotDragged)
     EXPECT_FALSE(qRed(corner) > 230 && qGreen(corner) > 230) << "a window's frame is not drawn";
 }
 
+TEST_F(TNClipViewTest, TheLoupeFollowsThePointerUntilARegionStands)
+{
+    make({1, false, false});
+    view->setHaveSetClearColor(true);
+    // The screen as it was: red left of x 400, blue right of it.
+    QImage picture(800, 600, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::blue);
+    for (int y = 0; y < 600; ++y)
+        for (int x = 0; x < 400; ++x)
+            picture.setPixelColor(x, y, Qt::red);
+    view->setScreenImage(picture);
+    std::optional<LoupeGeometry::Input> input =
+        LoupeGeometry::Input{{300, 400}, {12, 20}, {1, 1}, {0, 0, 800, 600}};
+    view->setLoupeSource([&input] { return input; });
+    const auto colour = [this](int x, int y) { return render().pixelColor(x, y); };
+    const auto reddish = [](QColor c) { return c.red() > 200 && c.blue() < 60; };
+    const auto bluish = [](QColor c) { return c.blue() > 200 && c.red() < 60; };
+
+    // The panel's lower left at (331, 360) y up: its picture is widget rows 160 to 210.
+    send(view.get(), QEvent::MouseMove, at(300, 400), Qt::NoButton);
+    EXPECT_TRUE(reddish(colour(345, 170))) << colour(345, 170).name().toStdString();
+    // On the border between the colours the enlarged piece shows both, left and right.
+    input->mouse = {400, 400};
+    send(view.get(), QEvent::MouseMove, at(400, 400), Qt::NoButton);
+    EXPECT_TRUE(reddish(colour(441, 170)));
+    EXPECT_TRUE(bluish(colour(501, 170)));
+    // The pointer on another screen: none here.
+    input.reset();
+    send(view.get(), QEvent::MouseMove, at(400, 400), Qt::NoButton);
+    EXPECT_FALSE(bluish(colour(501, 170)));
+
+    // Once a region stands, it is gone.
+    input = LoupeGeometry::Input{{400, 400}, {12, 20}, {1, 1}, {0, 0, 800, 600}};
+    send(view.get(), QEvent::MouseMove, at(400, 400), Qt::NoButton);
+    ASSERT_TRUE(bluish(colour(501, 170)));
+    drag(at(100, 100), at(300, 300));
+    EXPECT_FALSE(bluish(colour(501, 170)));
+    EXPECT_FALSE(view->showsLoupe());
+}
+
+TEST_F(TNClipViewTest, WithoutACompositorTheScreenAsItWasStandsUnderTheDim)
+{
+    make({1, false, true});
+    EXPECT_FALSE(view->showsLoupe()) << "a window recording has no loupe";
+    QImage picture(800, 600, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(QColor(200, 100, 0));
+    view->setScreenImage(picture);
+    view->setPaintsScreenImage(true);
+    view->setHaveSetClearColor(true);
+    view->setFrameForContentView(QRectF(100, 100, 300, 200)); // widget rows 300..500
+    const QImage image = render();
+    EXPECT_EQ(image.pixelColor(250, 400), QColor(200, 100, 0)) << "clear in the hole";
+    EXPECT_EQ(qAlpha(image.pixel(50, 50)), 255) << "opaque: the window shows its own pixels";
+    EXPECT_NEAR(qRed(image.pixel(50, 50)), 100, 3) << "dimmed by half outside";
+}
+
 } // namespace

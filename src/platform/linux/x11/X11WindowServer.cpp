@@ -22,7 +22,8 @@ X11WindowServer::X11WindowServer()
               c.atom("_NET_WM_STATE_HIDDEN"),
               c.atom("_NET_WM_WINDOW_TYPE"),
               c.atom("_NET_WM_WINDOW_TYPE_DOCK"),
-              c.atom("_NET_WM_WINDOW_TYPE_DESKTOP")};
+              c.atom("_NET_WM_WINDOW_TYPE_DESKTOP"),
+              c.atom("_NET_WM_CM_S0")};
     // Windows drawn off screen keep their pictures even where others cover them. Done at
     // once: a window's picture exists only after its next repaint.
     const xcb_query_extension_reply_t *extension =
@@ -201,4 +202,15 @@ QImage X11WindowServer::CGWindowListCreateImageFromArray(const QRectF &rect,
             painter.drawImage(wanted.topLeft() - area.topLeft(), part);
     }
     return picture;
+}
+
+bool X11WindowServer::isCompositing() const
+{
+    std::lock_guard lock(mutex_);
+    if (!connection_.isValid() || atoms_.compositingManager == XCB_ATOM_NONE)
+        return false;
+    xcb_connection_t *c = connection_.get();
+    auto owner = reply(xcb_get_selection_owner_reply(
+        c, xcb_get_selection_owner(c, atoms_.compositingManager), nullptr));
+    return owner && owner->owner != XCB_WINDOW_NONE;
 }

@@ -22,11 +22,13 @@ public:
                                    CGWindowID relativeToWindow) override;
     QImage CGWindowListCreateImageFromArray(const QRectF &rect, const QList<CGWindowID> &windows,
                                             uint32_t imageOption) override;
+    // A compositing manager owns the selection _NET_WM_CM_S0 (EWMH).
+    bool isCompositing() const override;
 
 private:
     struct Atoms {
         xcb_atom_t clientListStacking, netWmName, utf8String, netWmPid, netWmState, stateHidden,
-            windowType, typeDock, typeDesktop;
+            windowType, typeDock, typeDesktop, compositingManager;
     };
     bool isOnScreen(xcb_window_t window) const;
     // The window's client area in root coordinates; empty when it is gone.
