@@ -8,6 +8,7 @@
 //      pointer through and is only a frame, so it should add nothing per frame.
 // Run it on a desktop of one 1920x1080 monitor, e.g.
 //   eval "$(DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start)"
+#include "../BenchProgram.h"
 #include "../ProcessFigures.h"
 #include "AppDelegate.h"
 #include "DesktopWorkspace.h"
@@ -163,20 +164,10 @@ double recordRegionWithEngine(AppDelegate &app, const ScreenInfo &screen, const 
 
 int main(int argc, char **argv)
 {
-    int seconds = qEnvironmentVariableIntValue("BENCH_SECONDS");
-    if (seconds <= 0)
-        seconds = 10;
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
-        std::fprintf(stderr, "bench_selection needs an X display (scripts/test-desktop)\n");
-        return 2;
-    }
+    const int seconds = benchSeconds(10);
     QTemporaryDir home;
-    if (!home.isValid())
+    if (!prepareBenchProgram(home, "bench_selection"))
         return 2;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
-    qputenv("XDG_CACHE_HOME", home.filePath(".cache").toUtf8());
     HoverApplication application(argc, argv);
     QApplication::setApplicationName(AppDelegate::CFBundleName);
     QApplication::setOrganizationName(AppDelegate::CFBundleName);

@@ -18,6 +18,7 @@
 //   eval "$(DESK_SPLIT=0 DESK_STATE=/tmp/capstan-bench scripts/test-desktop start)"
 // BENCH_SECONDS sets the length (20). The program's home, settings and recordings are in a
 // temporary folder; the sound devices it adds to the desk's server are taken away again.
+#include "../BenchProgram.h"
 #include "../ProcessFigures.h"
 #include "AppDelegate.h"
 #include "DesktopWorkspace.h"
@@ -444,24 +445,10 @@ void printHandlers(const MeasuredApplication &application, double seconds)
 
 int main(int argc, char **argv)
 {
-    int seconds = qEnvironmentVariableIntValue("BENCH_SECONDS");
-    if (seconds <= 0)
-        seconds = 20;
-    // The program's own log lines go to stderr: the figures keep their place among them.
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
-        std::fprintf(stderr, "bench_ui_record needs an X display (scripts/test-desktop)\n");
-        return 2;
-    }
-    // Settings, caches and recordings go to a home of its own, set before Qt reads it.
+    const int seconds = benchSeconds(20);
     QTemporaryDir home;
-    if (!home.isValid())
+    if (!prepareBenchProgram(home, "bench_ui_record"))
         return 2;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.filePath(".config").toUtf8());
-    qputenv("XDG_DATA_HOME", home.filePath(".local/share").toUtf8());
-    qputenv("XDG_CACHE_HOME", home.filePath(".cache").toUtf8());
-    qputenv("XDG_STATE_HOME", home.filePath(".local/state").toUtf8());
 
     MeasuredApplication application(argc, argv);
     QApplication::setApplicationName(AppDelegate::CFBundleName);

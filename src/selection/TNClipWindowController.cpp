@@ -243,13 +243,7 @@ void TNClipWindowController::clipScreen()
         }
     });
     connect(animation, &QVariantAnimation::finished, this, [this, image] {
-        orderOut();
-        removeEventMonitor();
-        if (clipView_) {
-            clipView_->setDelegate(nullptr);
-            clipView_->deleteLater();
-            clipView_ = nullptr;
-        }
+        endCapture();
         if (delegate_)
             delegate_->clipWindowControllerDidClipedWithImage(this, image);
     });
