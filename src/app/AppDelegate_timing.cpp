@@ -24,14 +24,18 @@ constexpr double kStopAfterSeconds[] = {600.0, 1200.0, 1800.0};
 
 void AppDelegate::startSetsItemAction()
 {
-    // Built at each opening, so it is always in the current language.
-    window_->startSetsItemBox->clear();
+    // Built at each opening, so it is always in the current language. Clearing leaves the
+    // submenus, which the menu owns as children: they go too.
+    QMenu *box = window_->startSetsItemBox;
+    for (QMenu *submenu : box->findChildren<QMenu *>(Qt::FindDirectChildrenOnly))
+        submenu->deleteLater();
+    box->clear();
     if (encodeManager().isWorking())
         addStopSetsMenu();
     else
         addStartSetsMenu();
     TNButton *button = window_->startSetsBtn;
-    window_->startSetsItemBox->popup(button->mapToGlobal(QPoint(0, button->height())));
+    box->popup(button->mapToGlobal(QPoint(0, button->height())));
 }
 
 void AppDelegate::addStartSetsMenu()

@@ -49,11 +49,16 @@ TEST_F(TimingMenuTest, TheStartMenuRecordsAfterTheChosenCountdownOrAtOnce)
     app->fullScreenClicked(VideoTypeFullScreen);
     window.startSetsBtn->click();
     QMenu *menu = window.startSetsItemBox;
-    EXPECT_EQ(titles(menu),
-              QStringList({"Record", "Screenshot", "Record After Countdown", "Record with Automatic Stop"}));
+    EXPECT_EQ(titles(menu), QStringList({"Record", "Screenshot", "Record After Countdown",
+                                         "Record with Automatic Stop"}));
     EXPECT_EQ(titles(menu->actions().at(2)->menu()),
               QStringList({"3 Seconds", "5 Seconds", "10 Seconds"}));
     menu->hide();
+    // Opened again it is built anew, the old submenus gone.
+    window.startSetsBtn->click();
+    menu->hide();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(menu->findChildren<QMenu *>().size(), 2);
 
     // A countdown of 3: stored, and the whole screen counts before it records.
     entry(QStringLiteral("ID_MAINPOPMENU_RECORDTIME1"))->trigger();

@@ -7,9 +7,9 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QImage>
-#include <cstdio>
 #include <QPainter>
 #include <QWidget>
+#include <cstdio>
 
 namespace {
 
