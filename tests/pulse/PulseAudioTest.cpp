@@ -180,6 +180,11 @@ TEST_F(PulseAudioTest, TheNextEnumerationSeesChangesMadeBehindTheAdaptersBack)
         for (int i = 0; i < 100 && serverDefault(what) != name; ++i)
             QTest::qWait(20);
     };
+    // The same for devices: PipeWire may still list a sink a moment after its module went.
+    const auto serverLists = [](const QString &sink, bool listed) {
+        for (int i = 0; i < 100 && pactl({"list", "short", "sinks"}).contains(sink) != listed; ++i)
+            QTest::qWait(20);
+    };
     QString module;
     struct Step {
         const char *what;
@@ -191,11 +196,13 @@ TEST_F(PulseAudioTest, TheNextEnumerationSeesChangesMadeBehindTheAdaptersBack)
          [&] {
              module = pactl({"load-module", "module-null-sink", "sink_name=desk_plugged",
                              "sink_properties=device.description=Plugged"});
+             serverLists("desk_plugged", true);
          },
          [&] { EXPECT_TRUE(uids().contains("desk_plugged")); }},
         {"a device pulled out",
          [&] {
              pactl({"unload-module", module});
+             serverLists("desk_plugged", false);
          },
          [&] { EXPECT_FALSE(uids().contains("desk_plugged")); }},
         {"the default input changed",
