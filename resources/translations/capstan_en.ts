@@ -157,6 +157,34 @@
         <source>Drawing Tools</source>
         <translation>Drawing Tools</translation>
     </message>
+    <message id="Menu_Edit">
+        <source>Edit</source>
+        <extracomment>The main window's menu of recording actions.</extracomment>
+        <translation>Edit</translation>
+    </message>
+    <message id="Menu_Language">
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message id="Menu_Language_English">
+        <source>English</source>
+        <extracomment>Always in the language itself, so a user who cannot read the current one finds it.</extracomment>
+        <translation>English</translation>
+    </message>
+    <message id="Menu_Language_Chinese">
+        <source>简体中文</source>
+        <extracomment>Always in the language itself, so a user who cannot read the current one finds it.</extracomment>
+        <translation>简体中文</translation>
+    </message>
+    <message id="Menu_Help">
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+    <message id="Menu_Help_Capstan">
+        <source>Capstan Help</source>
+        <extracomment>Opens the help page (HelpUrl) in the web browser.</extracomment>
+        <translation>Capstan Help</translation>
+    </message>
     <message id="hideMain">
         <source>Hide Capstan</source>
         <translation>Hide Capstan</translation>

@@ -2,6 +2,8 @@
 // The application controller: owner of the settings mirrors, the fixed value tables,
 // the output paths and the one recording manager. sharedInstance() is the program's
 // single point of access; tests build their own with create().
+#include "AutoSplitSetsWindow.h"
+#include "AutoTimeSetWindow.h"
 #include "Permissions.h"
 #include "Platform.h"
 #include "RecordScreenHost.h"
@@ -155,6 +157,14 @@ public:
     void startSetsItemChangeAction(int index);
     void countDownAction(const QString &title);
     void autoStopSetsAction(const QString &title);
+    // The rule windows, each run modally; OK applies and stores what was chosen.
+    void timeSetsAction();
+    void autoSplitSetsAction();
+    void applyAutoStopRule(const AutoTimeSetWindow::Result &rule);
+    void applySplitRule(const AutoSplitSetsWindow::Result &rule);
+    bool isAutoStop() const { return isAutoStop_; }
+    bool isAutoStopOnce() const { return isAutoStopOnce_; }
+    bool isAutoSplitOnce() const { return isAutoSplitOnce_; }
     qint64 startSetsItemIndex() const { return startSetsItemIndex_; }
     double autoStop_Duration() const { return autoStop_Duration_; }
     void disableSourceControls() override;
@@ -162,6 +172,12 @@ public:
     void showRecordingControls() override;
     float fileDuration() const { return fileDuration_.load(); }
     float fileSize() const { return fileSize_.load(); }
+
+    // The language (AppDelegate_language.cpp): the menu bar's items, a language chosen and
+    // every text of the main window looked up again.
+    void showHelp(int tag);
+    void setLange(qint64 language);
+    void changeLanguage();
 
     // The end of a run: the sound session stops and the two aggregates go.
     void applicationWillTerminate();
@@ -254,6 +270,8 @@ public:
     double totalSpace() const { return totalSpace_; }
 
 signals:
+    // After a language was chosen; windows also receive Qt's LanguageChange event.
+    void ChangeLanguageNotification();
     void stateMenuItemsNeedRefresh();
     void recordLabelsChanged();
     void cameraImageChanged(bool recordingView);
@@ -266,6 +284,9 @@ private:
     void applyBoxAudioType(quint64 type);
     void connectWindowActions();
     void fillPopups();
+    // The pop-ups' texts in the current language, their choices kept.
+    void localizePopups();
+    void buildTimeFramStyles();
     void switchControlsToRecording(bool cameraRoad, bool audioRoad);
     void stopSequence();
     void showTick(int seconds);

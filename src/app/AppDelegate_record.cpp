@@ -17,12 +17,14 @@
 #include "TNButton.h"
 #include "UserDefaults.h"
 
+#include <QAction>
 #include <QBuffer>
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMenuBar>
 #include <QSaveFile>
 #include <QScreen>
 
@@ -53,9 +55,13 @@ void AppDelegate::connectWindowActions()
     for (TNButton *pause : {w.pauseOrReume, w.resumeAudioBtn, w.captruePauseOrResumeBtn})
         connect(pause, &TNButton::clicked, this, &AppDelegate::pauseOrResumeAction);
     connect(w.fileListBtn, &TNButton::clicked, this, &AppDelegate::enterFileListAction);
+    connect(w.timeSetsBtn, &TNButton::clicked, this, &AppDelegate::timeSetsAction);
+    connect(w.splitSetsBtn, &TNButton::clicked, this, &AppDelegate::autoSplitSetsAction);
     connectScreenshotMenu();
     connect(w.startSetsBtn, &TNButton::clicked, this, &AppDelegate::startSetsItemAction);
     connect(w.pencilBtn, &TNButton::clicked, this, &AppDelegate::showDoodleToolAction);
+    connect(w.mainMenu, &QMenuBar::triggered, this,
+            [this](QAction *item) { showHelp(item->data().toInt()); });
     const auto activated = QOverload<int>::of(&QComboBox::activated);
     connect(w.chooseViewItemBox, activated, this, [this] { areaChangeAction(); });
     connect(w.screenItempopBtn, activated, this, [this] { screenItemChange(); });

@@ -159,7 +159,13 @@ void AppDelegate::loadSettings()
                   QStringLiteral("25 fps"), QStringLiteral("29.97 fps"),  QStringLiteral("30 fps")};
     // The main window's frame rate pop-up sets it again when it is built.
     setFps(fpsFromTitle(fpsTitles_.value(int(fpsItemIndex_))));
-    const bool english = Localization::isEnglishLanguage(d);
+    buildTimeFramStyles();
+}
+
+void AppDelegate::buildTimeFramStyles()
+{
+    // The Chinese styles are offered only while the program is not in English.
+    const bool english = Localization::isEnglishLanguage(*platform_.defaults);
     timeFramStyles_ = {QStringLiteral("YYYY/MM/dd HH/mm/ss")};
     if (!english)
         timeFramStyles_.append(QStringLiteral("YYYY年MM月dd日 HH时mm分ss秒"));

@@ -30,6 +30,23 @@ QStringList localized(std::initializer_list<const char *> keys)
     return texts;
 }
 
+QStringList modeTitles()
+{
+    return localized({"Main_Full_Screen", "Main_Custom_Area", "Main_App_Window", "Main_Camera",
+                      "Main_Audio_Only"});
+}
+
+QStringList onOffTitles()
+{
+    return localized({"Main_On", "Main_Off"});
+}
+
+QStringList soundTitles()
+{
+    return localized({"Main_Audio_System", "Main_Audio_Micphone", "Main_Audio_System&Micphone",
+                      "Main_Audio_None"});
+}
+
 // Selects without running the pop-up's action: the caller runs it when it should.
 void selectQuietly(QComboBox *box, int index)
 {
@@ -42,17 +59,14 @@ void selectQuietly(QComboBox *box, int index)
 void AppDelegate::fillPopups()
 {
     HomeMainWindow &w = *window_;
-    HomeMainWindow::fillPopup(w.chooseViewItemBox,
-                              localized({"Main_Full_Screen", "Main_Custom_Area", "Main_App_Window",
-                                         "Main_Camera", "Main_Audio_Only"}));
+    HomeMainWindow::fillPopup(w.chooseViewItemBox, modeTitles());
     HomeMainWindow::fillPopup(w.frameItemBox, frameTitles());
     selectQuietly(w.frameItemBox, int(framItemIndex()) + 1);
     HomeMainWindow::fillPopup(w.fpstemBox, fpsTitles());
     selectQuietly(w.fpstemBox, int(fpsItemIndex()) + 1);
-    HomeMainWindow::fillPopup(w.captrueItemBox, localized({"Main_On", "Main_Off"}));
+    HomeMainWindow::fillPopup(w.captrueItemBox, onOffTitles());
     selectQuietly(w.captrueItemBox, 2);
-    const QStringList sound = localized({"Main_Audio_System", "Main_Audio_Micphone",
-                                         "Main_Audio_System&Micphone", "Main_Audio_None"});
+    const QStringList sound = soundTitles();
     const int storedSound =
         int(platform_.defaults->integerForKey(QString::fromLatin1(Keys::RecordAudioType))) + 1;
     for (QComboBox *box : {w.audioItemBox, w.onlyAudio_AudioTypePopBtn}) {
@@ -62,11 +76,35 @@ void AppDelegate::fillPopups()
     HomeMainWindow::fillPopup(w.audioExtensionBox, audioExtensions());
     selectQuietly(w.audioExtensionBox, int(audioExtensionIndex()) + 1);
     for (QComboBox *box : {w.systemAudioBox, w.micphoneBox}) {
-        HomeMainWindow::fillPopup(box, localized({"Main_On", "Main_Off"}));
+        HomeMainWindow::fillPopup(box, onOffTitles());
         selectQuietly(box, 2);
     }
     w.captruesBox->clear();
     w.captruesBox->addItem(localizedStringForKey(QStringLiteral("SelectCaptrue")));
+}
+
+void AppDelegate::localizePopups()
+{
+    HomeMainWindow &w = *window_;
+    const auto refill = [](QComboBox *box, const QStringList &texts, int index) {
+        HomeMainWindow::fillPopup(box, texts);
+        selectQuietly(box, index);
+    };
+    refill(w.frameItemBox, frameTitles(), int(framItemIndex()) + 1);
+    // The source pop-up comes back on its first source, whatever the source is.
+    refill(w.chooseViewItemBox, modeTitles(), 1);
+    refill(w.captrueItemBox, onOffTitles(), isCaptrue() ? 1 : 2);
+    for (QComboBox *box : {w.audioItemBox, w.onlyAudio_AudioTypePopBtn})
+        refill(box, soundTitles(), box->currentIndex());
+    for (QComboBox *box : {w.systemAudioBox, w.micphoneBox})
+        refill(box, onOffTitles(), box->currentIndex());
+    if (checkCapture(false)) {
+        const int camera = w.captruesBox->currentIndex();
+        w.captruesBox->clear();
+        w.captruesBox->addItem(localizedStringForKey(QStringLiteral("SelectCaptrue")));
+        w.captruesBox->addItems(platform_.cameraInput->devices());
+        selectQuietly(w.captruesBox, camera);
+    }
 }
 
 void AppDelegate::fullScreenClicked(int tag)

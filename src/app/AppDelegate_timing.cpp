@@ -1,15 +1,21 @@
 // The timing button's menus: before a recording, record, screenshot, record after a
-// countdown, or record under the stop rule; during one, stop now or after a while.
+// countdown, or record under the stop rule; during one, stop now or after a while. And the
+// three windows that set the rules: the stop rule, the plain time limit and the split.
 #include "AppDelegate.h"
+#include "AutoSplitSetsWindow.h"
+#include "AutoTimeSetWindow.h"
 #include "EncodeManager.h"
 #include "HomeMainWindow.h"
 #include "Localization.h"
 #include "Log.h"
 #include "SettingsKeys.h"
 #include "TNButton.h"
+#include "TimeEndWindowColler.h"
 #include "UserDefaults.h"
 
+#include <QGuiApplication>
 #include <QMenu>
+#include <QScreen>
 
 using capstan::NSLog;
 using Localization::localizedStringForKey;
@@ -19,6 +25,19 @@ namespace {
 constexpr int kStopMenuItems = 5;
 // The stop menu's delays, by item (2 to 4).
 constexpr double kStopAfterSeconds[] = {600.0, 1200.0, 1800.0};
+
+// Runs a rule window modally in the middle of the main screen, lowered by `below`; whether
+// it ended with OK. Recording goes on behind it: its ticks are served by the modal loop.
+bool runCentred(QDialog &window, int below = 0)
+{
+    window.adjustSize();
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect area = screen->geometry();
+        window.move(area.x() + (area.width() - window.width()) / 2,
+                    area.y() + (area.height() - window.height()) / 2 + below);
+    }
+    return window.exec() == QDialog::Accepted;
+}
 
 } // namespace
 
@@ -117,5 +136,80 @@ void AppDelegate::autoStopSetsAction(const QString &title)
         recordAfterScreenClicked();
         return;
     }
-    NSLog(lcApp, "the stop rule window is not available yet");
+    isCanKeyEvent_ = false;
+    AutoTimeSetWindow window(
+        {everyTime_, isRecordEndSizeType_, recordEndTimeDuration_, recordEndFileSize_,
+         platform_.defaults->integerForKey(QString::fromLatin1(Keys::AutoStopFinshIndex))},
+        window_);
+    if (runCentred(window) && window.choice())
+        applyAutoStopRule(*window.choice());
+    isCanKeyEvent_ = true;
+}
+
+void AppDelegate::applyAutoStopRule(const AutoTimeSetWindow::Result &rule)
+{
+    UserDefaults &d = *platform_.defaults;
+    if (!rule.enabled) {
+        everyTime_ = false;
+        autoStop_withTime_ = false;
+        isAutoStop_ = false;
+        d.setBool(everyTime_, QString::fromLatin1(Keys::AutoStopEveryTime));
+        d.setInteger(0, QString::fromLatin1(Keys::IsAutoStop));
+        return;
+    }
+    isAutoStopOnce_ = rule.isAutoStopOnce;
+    recordEndTimeDuration_ = rule.recordEndTimeDuration;
+    recordEndFileSize_ = rule.recordEndFileSize;
+    everyTime_ = rule.everyTime;
+    isRecordEndSizeType_ = rule.isRecordEndSizeType;
+    finshpopIndex_ = rule.finshpopIndex;
+    d.setInteger(qint64(recordEndTimeDuration_), QString::fromLatin1(Keys::AutoStopTime));
+    d.setInteger(qint64(recordEndFileSize_), QString::fromLatin1(Keys::AutoStopFileSize));
+    d.setBool(isRecordEndSizeType_, QString::fromLatin1(Keys::AutoStopType));
+    d.setInteger(finshpopIndex_, QString::fromLatin1(Keys::AutoStopFinshIndex));
+    d.setBool(everyTime_, QString::fromLatin1(Keys::AutoStopEveryTime));
+    d.setInteger(1, QString::fromLatin1(Keys::IsAutoStop));
+    autoStop_withTime_ = true;
+}
+
+void AppDelegate::timeSetsAction()
+{
+    isCanKeyEvent_ = false;
+    TimeEndWindowColler window(endTimeType_, recordEndTimeDuration_,
+                               recordManager()->recordVideoType() == VideoTypeAudioOnly, window_);
+    // Not stored, and no rule is armed: the limit counts under an armed stop rule by time.
+    if (runCentred(window, window_->height()) && window.choice()) {
+        endTimeType_ = window.choice()->endTimeType;
+        recordEndTimeDuration_ = window.choice()->recordEndTimeDuration;
+    }
+    isCanKeyEvent_ = true;
+}
+
+void AppDelegate::autoSplitSetsAction()
+{
+    isCanKeyEvent_ = false;
+    const UserDefaults &d = *platform_.defaults;
+    AutoSplitSetsWindow window({encodeManager().splitTime(), encodeManager().splitSize(),
+                                d.boolForKey(QString::fromLatin1(Keys::SplitAlway)),
+                                d.integerForKey(QString::fromLatin1(Keys::SplitType))},
+                               window_);
+    if (runCentred(window) && window.choice())
+        applySplitRule(*window.choice());
+    isCanKeyEvent_ = true;
+}
+
+void AppDelegate::applySplitRule(const AutoSplitSetsWindow::Result &rule)
+{
+    UserDefaults &d = *platform_.defaults;
+    if (!rule.enabled) {
+        d.setInteger(0, QString::fromLatin1(Keys::SplitType));
+        return;
+    }
+    isAutoSplitOnce_ = rule.isAutoSplitOnce;
+    encodeManager().setSplitTime(rule.splitTime);
+    encodeManager().setSplitSize(rule.splitSize);
+    d.setInteger(rule.splitType, QString::fromLatin1(Keys::SplitType));
+    d.setInteger(rule.splitTime, QString::fromLatin1(Keys::SplitTime));
+    d.setInteger(rule.splitSize, QString::fromLatin1(Keys::SplitSize));
+    d.setBool(rule.splitAlway, QString::fromLatin1(Keys::SplitAlway));
 }

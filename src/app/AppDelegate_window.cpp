@@ -87,6 +87,7 @@ void AppDelegate::applicationDidFinishLaunching()
         window_->move(qRound(x), qRound(y));
     }
 
+    changeLanguage();
     const auto key = [this](const char *hotKeyText) {
         // The last blank-separated word of the stored hot-key text, "⌘ 1" gives "1".
         const QString text = platform_.defaults->stringForKey(QString::fromLatin1(hotKeyText));

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
@@ -178,7 +179,83 @@ void HomeMainWindow::buildTitleStrip()
         namedButton(windTitleBg, QRect(28, 7, 14, 14), QStringLiteral("btnMinimize_Normal"),
                     QStringLiteral("btnMinimize_Normal"), QStringLiteral("miniaturizeButton"));
     connect(miniaturizeButton, &TNButton::clicked, this, &QWidget::showMinimized);
+    buildMainMenu();
     windTitleBg->raise();
+}
+
+void HomeMainWindow::buildMainMenu()
+{
+    mainMenu = new QMenuBar(windTitleBg);
+    mainMenu->setNativeMenuBar(false);
+    mainMenu->setGeometry(50, 3, 240, 22);
+    mainMenu->setAccessibleDescription(QStringLiteral("mainMenu"));
+    mainMenu->setStyleSheet(
+        QStringLiteral("QMenuBar { background: transparent; color: rgb(151,160,168); }"
+                       "QMenuBar::item { background: transparent; padding: 2px 8px; }"
+                       "QMenuBar::item:selected { background: rgb(56,116,175); color: white; }"
+                       "QMenu { background: rgb(47,55,65); color: rgb(232,232,232); }"
+                       "QMenu::item { padding: 4px 20px; }"
+                       "QMenu::item:selected { background: rgb(56,116,175); }"));
+    struct Item {
+        const char *key;
+        int tag;
+    };
+    const auto addMenu = [this](const char *key, std::initializer_list<Item> items) {
+        QMenu *menu = mainMenu->addMenu(localizedStringForKey(QString::fromLatin1(key)));
+        menu->setObjectName(QString::fromLatin1(key));
+        menu->menuAction()->setObjectName(QString::fromLatin1(key));
+        for (const Item &item : items) {
+            QAction *action = menu->addAction(localizedStringForKey(QString::fromLatin1(item.key)));
+            action->setObjectName(QString::fromLatin1(item.key));
+            action->setData(item.tag);
+        }
+    };
+    // The language menu offers English and Simplified Chinese; Traditional Chinese follows the
+    // desktop's language.
+    addMenu("Menu_Edit", {{"Menu_Edit_Start", 401},
+                          {"Menu_Edit_Pause", 402},
+                          {"Menu_Edit_ScreenShort", 403},
+                          {"Menu_Edit_Captrue", 404}});
+    addMenu("Menu_Language", {{"Menu_Language_English", 201}, {"Menu_Language_Chinese", 202}});
+    addMenu("Menu_Help", {{"Menu_Help_Capstan", 100}});
+}
+
+void HomeMainWindow::ChangeLoanguage()
+{
+    setWindowTitle(localizedStringForKey(QStringLiteral("Meun_App")));
+    windTitleContent->setText(windowTitle());
+    // Menus and items by their keys, two levels down.
+    for (QAction *top : mainMenu->actions()) {
+        const QString title = localizedStringForKey(top->objectName());
+        top->setText(title);
+        QMenu *menu = top->menu();
+        if (!menu)
+            continue;
+        menu->setTitle(title);
+        for (QAction *item : menu->actions()) {
+            if (!item->objectName().isEmpty())
+                item->setText(localizedStringForKey(item->objectName()));
+            if (QMenu *sub = item->menu()) {
+                for (QAction *subItem : sub->actions())
+                    if (!subItem->objectName().isEmpty())
+                        subItem->setText(localizedStringForKey(subItem->objectName()));
+            }
+        }
+    }
+    // A button's description is its key: the title's for titled buttons, else the name's.
+    for (TNButton *button : findChildren<TNButton *>()) {
+        const QString key = button->accessibleDescription();
+        if (key.isEmpty())
+            continue;
+        if (!button->text().isEmpty())
+            button->setText(localizedStringForKey(key));
+        button->setAccessibleName(localizedStringForKey(key));
+    }
+    // The camera panel's labels, tags 10, 20 and 30.
+    for (QLabel *title : captrueInputView->findChildren<QLabel *>()) {
+        if (title->property("tag").toInt() > 0)
+            title->setText(localizedStringForKey(title->accessibleDescription()));
+    }
 }
 
 void HomeMainWindow::buildHomeView()

@@ -8,6 +8,7 @@
 
 class QComboBox;
 class QMenu;
+class QMenuBar;
 class QLabel;
 class NSVertProgressView;
 class SKVoiceWaveView;
@@ -37,6 +38,9 @@ public:
     QLabel *windTitleContent = nullptr;
     TNButton *closeButton = nullptr;
     TNButton *miniaturizeButton = nullptr;
+    // The program's menus, in the title strip since the window has no frame of the desktop's.
+    // Each menu and item is named by its text key (objectName); an item's data is its tag.
+    QMenuBar *mainMenu = nullptr;
 
     // Home view.
     QWidget *homeView = nullptr;
@@ -113,6 +117,9 @@ public:
     static void setButtonImages(TNButton *button, const QString &normal, const QString &hovered);
     // Fills a pop-up: an empty first item, then the texts.
     static void fillPopup(QComboBox *box, const QStringList &texts);
+    // Looks up again the texts the window keeps by key: the menus, the home buttons' titles,
+    // the camera panel's labels and every button's accessible name.
+    void ChangeLoanguage();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -121,6 +128,7 @@ protected:
 
 private:
     void buildTitleStrip();
+    void buildMainMenu();
     void buildHomeView();
     void buildInfoView();
     void buildAudioOnlyStrip();

@@ -52,8 +52,10 @@ int main(int argc, char *argv[])
         QApplication::exit(0);
     });
 
-    Localization::installLanguage(QStringLiteral("en"));
     LinuxPlatform linuxPlatform;
+    // Before anything reads a text: the user's language, else the desktop's.
+    Localization::installLanguage(Localization::languageCode(
+        Localization::currentLanguage(*linuxPlatform.platform().defaults)));
     AppDelegate::installSharedPlatform(linuxPlatform.platform());
     AppDelegate *delegate = AppDelegate::sharedInstance();
     logScreensAndDevices(delegate->platform());

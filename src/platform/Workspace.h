@@ -11,4 +11,6 @@ public:
     virtual bool openFile(const QString &path, bool isImage) = 0;
     // Shows path selected in a file manager window of its parent folder.
     virtual void selectFile(const QString &path) = 0;
+    // Opens a web address in the desktop's browser; whether one was asked.
+    virtual bool openURL(const QString &url) = 0;
 };

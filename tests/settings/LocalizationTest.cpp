@@ -1,9 +1,11 @@
-// The road to every text: the built-in English before any table, the English table once
-// installed, and, read from the sources as they stand, every key the program uses with its
-// English text in the table.
+// The road to every text: the built-in English before any table, the tables once installed,
+// the choice of language, and, read from the sources as they stand, every key the program uses
+// with its text in each of the three tables, and no text that nothing uses.
 #include "Localization.h"
+#include "FakePorts.h"
 #include "Images.h"
 #include "LogCapture.h"
+#include "SettingsKeys.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
@@ -33,13 +35,16 @@ bool aTableIsInstalled()
     return qtTrId("Main_Full_Screen") != QLatin1String("Main_Full_Screen");
 }
 
-// The compiled English table on its own, not installed: an id it lacks gives an empty text.
-class EnglishTable {
+const QStringList kLanguages{QStringLiteral("en"), QStringLiteral("zh-Hans"),
+                             QStringLiteral("zh-Hant")};
+
+// A compiled table on its own, not installed: an id it lacks gives an empty text.
+class Table {
 public:
-    EnglishTable()
+    explicit Table(const QString &code = QStringLiteral("en"))
     {
         capstanInitResources();
-        loaded_ = translator_.load(QStringLiteral(":/translations/capstan_en.qm"));
+        loaded_ = translator_.load(QStringLiteral(":/translations/capstan_%1.qm").arg(code));
     }
     bool loaded() const { return loaded_; }
     QString text(const QString &key) const
@@ -59,10 +64,10 @@ struct Message {
     QString type;
 };
 
-// The messages of the English .ts as written.
-QList<Message> messagesOfTheTable()
+// The messages of a language's .ts as written.
+QList<Message> messagesOfTheTable(const QString &code = QStringLiteral("en"))
 {
-    QFile file(QStringLiteral(CAPSTAN_ENGLISH_TS));
+    QFile file(QStringLiteral(CAPSTAN_TRANSLATIONS "/capstan_%1.ts").arg(code));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QList<Message> messages;
@@ -89,10 +94,10 @@ QList<Message> messagesOfTheTable()
     return messages;
 }
 
-QStringList idsOfTheTable()
+QStringList idsOfTheTable(const QString &code = QStringLiteral("en"))
 {
     QStringList ids;
-    for (const Message &message : messagesOfTheTable())
+    for (const Message &message : messagesOfTheTable(code))
         ids.append(message.id);
     return ids;
 }
@@ -104,6 +109,7 @@ QStringList idsOfTheTable()
 struct SourceTexts {
     QHash<QString, QString> keys;
     QHash<QString, QString> trTexts; // QObject::tr
+    QSet<QString> literals;          // every literal text
     int files = 0;
 };
 
@@ -130,6 +136,7 @@ SourceTexts scanSources(const QStringList &ids)
                        R"re((?:QStringLiteral\(\s*|QLatin1String\(\s*)?"((?:[^"\\]|\\.)*)")re"));
     static const QRegularExpression trCall(QStringLiteral(R"re(\btr\(\s*"((?:[^"\\]|\\.)*)")re"));
     static const QRegularExpression keyLiteral(QStringLiteral(R"re("([A-Za-z][\w&.%]*)")re"));
+    static const QRegularExpression anyLiteral(QStringLiteral(R"re("((?:[^"\\\n]|\\.)*)")re"));
     const QSet<QString> families = keyFamilies(ids);
     SourceTexts found;
     QDirIterator files(QStringLiteral(CAPSTAN_SOURCE_TREE), {"*.cpp", "*.h"}, QDir::Files,
@@ -145,6 +152,8 @@ SourceTexts scanSources(const QStringList &ids)
             found.keys.insert(match.captured(1), path);
         for (const QRegularExpressionMatch &match : trCall.globalMatch(text))
             found.trTexts.insert(match.captured(1), path);
+        for (const QRegularExpressionMatch &match : anyLiteral.globalMatch(text))
+            found.literals.insert(match.captured(1));
         for (const QRegularExpressionMatch &match : keyLiteral.globalMatch(text)) {
             const QString literal = match.captured(1);
             const qsizetype end = literal.indexOf(QLatin1Char('_'));
@@ -224,40 +233,162 @@ TEST(Localization, ALanguageWithoutATableGetsEnglishAndEachInstallReplacesTheLas
     EXPECT_EQ(QCoreApplication::instance()->findChildren<QTranslator *>().size(), 1);
 }
 
-TEST(Localization, EveryKeyTheSourcesUseHasItsEnglishText)
+TEST(Localization, EveryKeyTheSourcesUseHasItsTextInEveryLanguage)
 {
-    const EnglishTable table;
-    ASSERT_TRUE(table.loaded());
     const QStringList ids = idsOfTheTable();
-
     const SourceTexts sources = scanSources(ids);
     ASSERT_GT(sources.files, 0) << "no sources under " CAPSTAN_SOURCE_TREE;
     ASSERT_FALSE(sources.keys.isEmpty()) << "no text lookups found in " CAPSTAN_SOURCE_TREE;
-    for (auto it = sources.keys.cbegin(); it != sources.keys.cend(); ++it) {
-        const QString &key = it.key();
-        SCOPED_TRACE(key.toStdString() + " in " + it.value().toStdString());
-        const qsizetype placeholder = key.indexOf(QLatin1Char('%'));
-        if (placeholder >= 0) {
-            // A key made at run time ("ID_MENU_STOPRECORD_%1"): its family must exist.
-            const QString stem = key.left(placeholder);
-            EXPECT_TRUE(std::any_of(ids.cbegin(), ids.cend(),
-                                    [&](const QString &id) { return id.startsWith(stem); }));
-            continue;
+    for (const QString &code : kLanguages) {
+        const Table table(code);
+        ASSERT_TRUE(table.loaded()) << code.toStdString();
+        for (auto it = sources.keys.cbegin(); it != sources.keys.cend(); ++it) {
+            const QString &key = it.key();
+            SCOPED_TRACE(code.toStdString() + ": " + key.toStdString() + " in " +
+                         it.value().toStdString());
+            const qsizetype placeholder = key.indexOf(QLatin1Char('%'));
+            if (placeholder >= 0) {
+                // A key made at run time ("ID_MENU_STOPRECORD_%1"): its family must exist.
+                const QString stem = key.left(placeholder);
+                EXPECT_TRUE(std::any_of(ids.cbegin(), ids.cend(),
+                                        [&](const QString &id) { return id.startsWith(stem); }));
+                continue;
+            }
+            EXPECT_FALSE(table.text(key).isEmpty());
         }
-        EXPECT_FALSE(table.text(key).isEmpty());
+        // The stop menu names its five items by a pattern, which no scan sees whole.
+        for (int item = 0; item < 5; ++item) {
+            const QString key = QStringLiteral("ID_MENU_STOPRECORD_%1").arg(item);
+            EXPECT_FALSE(table.text(key).isEmpty())
+                << code.toStdString() << " " << key.toStdString();
+        }
     }
-    // The stop menu names its five items by a pattern, which no scan sees whole.
-    for (int item = 0; item < 5; ++item) {
-        const QString key = QStringLiteral("ID_MENU_STOPRECORD_%1").arg(item);
-        EXPECT_FALSE(table.text(key).isEmpty()) << key.toStdString();
+}
+
+TEST(Localization, TheThreeTablesHoldTheSameKeysAndNoneThatNothingUses)
+{
+    const QStringList ids = idsOfTheTable();
+    for (const QString &code : kLanguages)
+        EXPECT_EQ(idsOfTheTable(code), ids) << code.toStdString();
+
+    const SourceTexts sources = scanSources(ids);
+    ASSERT_GT(sources.files, 0);
+    // Patterns in the sources ("ID_MENU_STOPRECORD_%1") stand for the keys they make.
+    QStringList stems;
+    for (const QString &literal : sources.literals) {
+        const qsizetype placeholder = literal.indexOf(QLatin1Char('%'));
+        if (placeholder > 0)
+            stems.append(literal.left(placeholder));
     }
+    for (const QString &id : ids) {
+        // An image button's name is the key of its image ("btnStartRecrord_Normal").
+        const bool used = sources.literals.contains(id) ||
+                          sources.literals.contains(id + QStringLiteral("_Normal")) ||
+                          std::any_of(stems.cbegin(), stems.cend(), [&](const QString &stem) {
+                              bool number = false;
+                              id.mid(stem.size()).toInt(&number);
+                              return id.startsWith(stem) && number;
+                          });
+        EXPECT_TRUE(used) << id.toStdString()
+                          << " is in the tables but not in " CAPSTAN_SOURCE_TREE;
+    }
+}
+
+TEST(Localization, TheChineseTablesAreFinishedAndInChinese)
+{
+    const QList<Message> english = messagesOfTheTable();
+    for (const QString &code : {QStringLiteral("zh-Hans"), QStringLiteral("zh-Hant")}) {
+        const QList<Message> messages = messagesOfTheTable(code);
+        ASSERT_EQ(messages.size(), english.size()) << code.toStdString();
+        int chinese = 0;
+        for (qsizetype i = 0; i < messages.size(); ++i) {
+            SCOPED_TRACE(code.toStdString() + ": " + messages.at(i).id.toStdString());
+            EXPECT_EQ(messages.at(i).source, english.at(i).source) << "the English source";
+            EXPECT_FALSE(messages.at(i).translation.isEmpty());
+            EXPECT_TRUE(messages.at(i).type.isEmpty())
+                << "marked " << messages.at(i).type.toStdString();
+            const QString &text = messages.at(i).translation;
+            if (std::any_of(text.cbegin(), text.cend(),
+                            [](QChar c) { return c.script() == QChar::Script_Han; }))
+                ++chinese;
+        }
+        // Names, addresses and the language menu's English stay as they are; the rest is Chinese.
+        EXPECT_GT(chinese, messages.size() * 9 / 10) << code.toStdString();
+    }
+    // The two Chinese tables are not one table twice.
+    const Table simplified(QStringLiteral("zh-Hans"));
+    const Table traditional(QStringLiteral("zh-Hant"));
+    EXPECT_EQ(simplified.text(QStringLiteral("Main_Full_Screen")), QStringLiteral("全屏"));
+    EXPECT_NE(simplified.text(QStringLiteral("FileList_OpenDir")),
+              traditional.text(QStringLiteral("FileList_OpenDir")));
+}
+
+TEST(Localization, TheLanguageIsTheStoredChoiceOrUntilOneIsMadeTheSystems)
+{
+    FakeUserDefaults defaults;
+    const auto language = [&] { return Localization::currentLanguage(defaults); };
+    // No choice made: "AppLanguage" is ignored, the preferred languages decide.
+    defaults.setInteger(1, Keys::AppLanguage);
+    defaults.setObject(QStringList{QStringLiteral("zh-Hant-TW"), QStringLiteral("en")},
+                       Keys::AppleLanguages);
+    EXPECT_EQ(language(), 2);
+    // A text store hands a list of one back as text.
+    defaults.setObject(QStringLiteral("zh-Hans-CN"), Keys::AppleLanguages);
+    EXPECT_EQ(language(), 1);
+    // What the menu writes for Chinese ("zh_CN") is no "zh-Hans": after a choice it is not read.
+    defaults.setObject(QStringList{QStringLiteral("zh_CN")}, Keys::AppleLanguages);
+    EXPECT_EQ(language(), 0);
+
+    defaults.setBool(true, Keys::IsLanguageChanged);
+    defaults.setInteger(2, Keys::AppLanguage);
+    EXPECT_EQ(language(), 2);
+    defaults.setInteger(9, Keys::AppLanguage);
+    EXPECT_EQ(language(), 8);
+    EXPECT_EQ(Localization::languageCode(language()), "en");
+    EXPECT_FALSE(Localization::isEnglishLanguage(defaults));
+    defaults.setInteger(-4, Keys::AppLanguage);
+    EXPECT_EQ(language(), 0);
+    EXPECT_TRUE(Localization::isEnglishLanguage(defaults));
+}
+
+TEST(Localization, TheDesktopsLocaleNamesItsChinese)
+{
+    const QList<std::pair<QString, QString>> cases{
+        {QStringLiteral("zh_CN"), QStringLiteral("zh-Hans")},
+        {QStringLiteral("zh_SG"), QStringLiteral("zh-Hans")},
+        {QStringLiteral("zh_TW"), QStringLiteral("zh-Hant")},
+        {QStringLiteral("zh_HK"), QStringLiteral("zh-Hant")},
+        {QStringLiteral("zh_MO"), QStringLiteral("zh-Hant")},
+        {QStringLiteral("zh-TW"), QStringLiteral("zh-Hant")},
+        {QStringLiteral("zh"), QStringLiteral("zh-Hans")},
+        {QStringLiteral("en_US"), QStringLiteral("en-US")},
+        {QStringLiteral("de_DE"), QStringLiteral("de-DE")},
+    };
+    for (const auto &[locale, preferred] : cases)
+        EXPECT_EQ(Localization::appleLanguageForLocale(locale), preferred) << locale.toStdString();
+}
+
+TEST(Localization, ChoosingALanguageInstallsItsTableAndMarksTheChoice)
+{
+    FakeUserDefaults defaults;
+    defaults.setInteger(1, Keys::AppLanguage);
+    Localization::setLanguage(defaults);
+    EXPECT_TRUE(defaults.boolForKey(Keys::IsLanguageChanged));
+    EXPECT_EQ(localizedStringForKey(QStringLiteral("Main_Full_Screen")), "全屏");
+    defaults.setInteger(2, Keys::AppLanguage);
+    Localization::setLanguage(defaults);
+    EXPECT_EQ(localizedStringForKey(QStringLiteral("Main_Full_Screen")),
+              Table(QStringLiteral("zh-Hant")).text(QStringLiteral("Main_Full_Screen")));
+    defaults.setInteger(-1, Keys::AppLanguage);
+    Localization::setLanguage(defaults);
+    EXPECT_EQ(localizedStringForKey(QStringLiteral("Main_Full_Screen")), "Full Screen");
 }
 
 TEST(Localization, TextsGivenToTrAreNoKeys)
 {
     // tr() looks up in its class's context, which an id-based table doesn't have: a key
     // given to it would show as the key itself.
-    const EnglishTable table;
+    const Table table;
     ASSERT_TRUE(table.loaded());
     const QStringList ids = idsOfTheTable();
     const SourceTexts sources = scanSources(ids);
@@ -269,7 +400,7 @@ TEST(Localization, TextsGivenToTrAreNoKeys)
 
 TEST(Localization, EveryMessageOfTheTableIsFinishedEnglishAndCompiledIn)
 {
-    const EnglishTable table;
+    const Table table;
     ASSERT_TRUE(table.loaded());
     const QList<Message> messages = messagesOfTheTable();
     ASSERT_FALSE(messages.isEmpty());

@@ -21,4 +21,10 @@ public:
         return openAnswer;
     }
     void selectFile(const QString &path) override { selected.append(path); }
+    QStringList urls;
+    bool openURL(const QString &url) override
+    {
+        urls.append(url);
+        return openAnswer;
+    }
 };

@@ -17,6 +17,14 @@ bool DesktopWorkspace::openFile(const QString &path, bool)
     return opened;
 }
 
+bool DesktopWorkspace::openURL(const QString &url)
+{
+    const bool opened = QDesktopServices::openUrl(QUrl(url));
+    if (!opened)
+        capstan::NSLog(lcPlatform, "no browser opens %s", qUtf8Printable(url));
+    return opened;
+}
+
 static void openParentFolder(const QString &path)
 {
     const QString folder = QFileInfo(path).absolutePath();

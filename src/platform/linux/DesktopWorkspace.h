@@ -10,4 +10,5 @@ public:
     bool openFile(const QString &path, bool isImage) override;
     // Returns at once; the file manager's answer, or its absence, comes later.
     void selectFile(const QString &path) override;
+    bool openURL(const QString &url) override;
 };
