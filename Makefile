@@ -1,7 +1,7 @@
 # The two commands of a fresh Debian 12 machine:
 #   make run    install what is needed, build, and run Capstan
 #   make test   install what is needed, build, and run every test
-.PHONY: deps build run test bench soak format clean
+.PHONY: deps build run test package bench soak format clean
 
 deps:
 	scripts/install-deps
@@ -15,6 +15,10 @@ run: build
 
 test: deps
 	scripts/run-tests
+
+# The Debian package, build/capstan_<version>_<arch>.deb (scripts/check-deb tries it out).
+package: build
+	cmake --build build --target package
 
 # The screen and device-watch benchmarks run on a desktop of their own: one 1920x1080
 # monitor, its own sound server.

@@ -218,6 +218,16 @@
         <extracomment>%1 is the full path of the folder.</extracomment>
         <translation>Capstan cannot create the folder %1 for recordings. Check its permissions and free space.</translation>
     </message>
+    <message id="Alert_Recovered_Message">
+        <source>Capstan was closed while it was recording. The recording was recovered and added to your list: %1</source>
+        <extracomment>At a start after the program ended in the middle of a recording; %1 the recovered files.</extracomment>
+        <translation>Capstan was closed while it was recording. The recording was recovered and added to your list: %1</translation>
+    </message>
+    <message id="Alert_RecoverFailed_Message">
+        <source>Capstan was closed while it was recording, and %1 cannot be read. The file was left where it is.</source>
+        <extracomment>At a start after the program ended in the middle of a recording; %1 the files that are no media.</extracomment>
+        <translation>Capstan was closed while it was recording, and %1 cannot be read. The file was left where it is.</translation>
+    </message>
     <message id="ID_MAINPOPMENU_RECORD">
         <source>Record</source>
         <translation>Record</translation>

@@ -218,6 +218,16 @@
         <extracomment>%1 is the full path of the folder.</extracomment>
         <translation>Capstan 无法创建用于保存录制文件的文件夹 %1。请检查该文件夹的权限和可用空间。</translation>
     </message>
+    <message id="Alert_Recovered_Message">
+        <source>Capstan was closed while it was recording. The recording was recovered and added to your list: %1</source>
+        <extracomment>At a start after the program ended in the middle of a recording; %1 the recovered files.</extracomment>
+        <translation>Capstan 在录制过程中被关闭。录制内容已恢复，并已加入录制列表：%1</translation>
+    </message>
+    <message id="Alert_RecoverFailed_Message">
+        <source>Capstan was closed while it was recording, and %1 cannot be read. The file was left where it is.</source>
+        <extracomment>At a start after the program ended in the middle of a recording; %1 the files that are no media.</extracomment>
+        <translation>Capstan 在录制过程中被关闭，%1 无法读取。该文件仍保留在原处。</translation>
+    </message>
     <message id="ID_MAINPOPMENU_RECORD">
         <source>Record</source>
         <translation>录制</translation>

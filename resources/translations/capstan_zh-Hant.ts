@@ -218,6 +218,16 @@
         <extracomment>%1 is the full path of the folder.</extracomment>
         <translation>Capstan 無法建立用於儲存錄製檔案的資料夾 %1。請檢查該資料夾的權限和可用空間。</translation>
     </message>
+    <message id="Alert_Recovered_Message">
+        <source>Capstan was closed while it was recording. The recording was recovered and added to your list: %1</source>
+        <extracomment>At a start after the program ended in the middle of a recording; %1 the recovered files.</extracomment>
+        <translation>Capstan 在錄製過程中被關閉。錄製內容已復原，並已加入錄製清單：%1</translation>
+    </message>
+    <message id="Alert_RecoverFailed_Message">
+        <source>Capstan was closed while it was recording, and %1 cannot be read. The file was left where it is.</source>
+        <extracomment>At a start after the program ended in the middle of a recording; %1 the files that are no media.</extracomment>
+        <translation>Capstan 在錄製過程中被關閉，%1 無法讀取。該檔案仍保留在原處。</translation>
+    </message>
     <message id="ID_MAINPOPMENU_RECORD">
         <source>Record</source>
         <translation>錄製</translation>

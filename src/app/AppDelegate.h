@@ -179,6 +179,14 @@ public:
     void setLange(qint64 language);
     void changeLanguage();
 
+    // A recording cut short (AppDelegate_recovery.cpp): the journal a running recording keeps
+    // beside the list, and what the next start makes of one left behind.
+    QString journalPath() const;
+    void rememberSystemDefaultDevices();
+    void writeRecordingJournal();
+    void removeRecordingJournal();
+    void recoverInterruptedRecording();
+
     // The end of a run: the sound session stops and the two aggregates go.
     void applicationWillTerminate();
     bool applicationShouldTerminateAfterLastWindowClosed();
@@ -377,4 +385,7 @@ private:
     bool isResetEventMonitor_ = false;
     double freeSpace_ = 0;
     double totalSpace_ = 0;
+    // The desktop's default sound devices before this run changed them.
+    QString systemDefaultInputUID_;
+    QString systemDefaultOutputUID_;
 };

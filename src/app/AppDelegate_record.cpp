@@ -231,6 +231,7 @@ void AppDelegate::switchControlsToRecording(bool cameraRoad, bool audioRoad)
     if (cameraRoad)
         w.captruesBox->setEnabled(false);
     HomeMainWindow::setButtonImages(w.recordBtn, kStopImage, kStopImageOn);
+    writeRecordingJournal();
     if (cameraRoad) {
         HomeMainWindow::setButtonImages(w.captureRecordStopBtn, kStopImage, kStopImageOn);
         HomeMainWindow::setButtonImages(w.captrueStartBtn, kStopImage, kStopImageOn);
@@ -331,6 +332,7 @@ void AppDelegate::stopSequence()
     addRecordToList(plistPath(),
                     RecordingRecord::movie(outputPath(), fileDuration_.load(), fileSize_.load(),
                                            dateToString(QDateTime::currentDateTime()), audioOnly));
+    removeRecordingJournal();
     manager.stopRecording();
     for (TNButton *button : {w.recordBtn, w.captureRecordStopBtn, w.captrueStartBtn})
         HomeMainWindow::setButtonImages(button, kStartImage, kStartImageOn);

@@ -40,6 +40,7 @@ void AppDelegate::setWindow(HomeMainWindow *window)
     window_ = window;
     window_->setHeightKeepingCentre(HomeMainWindow::kHomeHeight);
     recordManager()->setDelegate(this);
+    rememberSystemDefaultDevices();
     tickCall_ = new MainThreadCall([this] { showTick(tickSeconds_.load()); }, this);
 
     const QList<EZAudioDevice> inputs = EZAudioDevice::inputDevices(*platform_.audio);
@@ -125,6 +126,9 @@ void AppDelegate::applicationDidFinishLaunching()
             4, home ? StatusItem::Action() : [this] { showDoodleToolAction(); });
     });
     window_->show();
+    // Once the window shows, so the message about a recording cut short stands over it.
+    QMetaObject::invokeMethod(
+        this, [this] { recoverInterruptedRecording(); }, Qt::QueuedConnection);
 }
 
 void AppDelegate::showHomeMainWindow()

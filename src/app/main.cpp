@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 using capstan::NSLog;
 
@@ -35,6 +36,27 @@ static void logScreensAndDevices(const Platform &platform)
 
 int main(int argc, char *argv[])
 {
+    // Answered before QApplication, which needs a display: by hand, from argv. Qt's own
+    // options keep their single dash (-platform, -style).
+    static const char usage[] =
+        "Usage: capstan [option]\n"
+        "  --clip     clip a screen area (in the running Capstan if there is one)\n"
+        "  --version  print the version and quit\n"
+        "  --help     print this help and quit\n";
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--version") == 0) {
+            std::printf("capstan %s\n", CAPSTAN_VERSION);
+            return 0;
+        }
+        if (std::strcmp(argv[i], "--help") == 0) {
+            std::fputs(usage, stdout);
+            return 0;
+        }
+        if (std::strncmp(argv[i], "--", 2) == 0 && std::strcmp(argv[i], "--clip") != 0) {
+            std::fprintf(stderr, "capstan: unknown option %s\n%s", argv[i], usage);
+            return 2;
+        }
+    }
     QApplication app(argc, argv);
     QApplication::setApplicationName(AppDelegate::CFBundleName);
     QApplication::setOrganizationName(AppDelegate::CFBundleName);

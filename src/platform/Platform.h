@@ -16,6 +16,7 @@ class CameraCaptureInput;
 class AudioCaptureInput;
 class Pointer;
 class SoundPlayer;
+class MediaInspector;
 
 struct Platform {
     UserDefaults *defaults = nullptr;
@@ -31,5 +32,6 @@ struct Platform {
     CameraCaptureInput *cameraInput = nullptr;
     AudioCaptureInput *audioInput = nullptr;
     Pointer *pointer = nullptr;
-    SoundPlayer *sounds = nullptr; // may be null: no sounds
+    SoundPlayer *sounds = nullptr;   // may be null: no sounds
+    MediaInspector *media = nullptr; // may be null: no file is read back
 };

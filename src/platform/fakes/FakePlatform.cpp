@@ -25,5 +25,6 @@ Platform FakePlatform::platform()
     p.audioInput = &audioInput;
     p.pointer = &pointer;
     p.sounds = &sounds;
+    p.media = &media;
     return p;
 }

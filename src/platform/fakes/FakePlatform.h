@@ -26,4 +26,5 @@ public:
     FakeAudioCaptureInput audioInput;
     FakePointer pointer;
     FakeSoundPlayer sounds;
+    FakeMediaInspector media;
 };

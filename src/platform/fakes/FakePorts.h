@@ -4,6 +4,7 @@
 #include "Alerts.h"
 #include "CaptureInputs.h"
 #include "Clock.h"
+#include "MediaInspector.h"
 #include "Permissions.h"
 #include "Pointer.h"
 #include "ScreenCatalog.h"
@@ -14,6 +15,7 @@
 #include "WindowServer.h"
 
 #include <QColor>
+#include <QHash>
 #include <QMap>
 #include <QStringList>
 #include <atomic>
@@ -75,6 +77,18 @@ public:
     void requestAccessForMediaType(MediaType type, std::function<void(bool)>) override
     {
         requests.append(type);
+    }
+};
+
+// Answers from a table of paths; a path not in it cannot be read.
+class FakeMediaInspector final : public MediaInspector {
+public:
+    QHash<QString, MediaFacts> files;
+    std::optional<MediaFacts> inspect(const QString &path) override
+    {
+        if (!files.contains(path))
+            return std::nullopt;
+        return files.value(path);
     }
 };
 

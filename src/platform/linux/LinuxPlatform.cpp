@@ -1,5 +1,6 @@
 #include "LinuxPlatform.h"
 
+#include "FfmpegMediaInspector.h"
 #include "LinuxAdapters.h"
 #include "NullAdapters.h"
 #include "PulseAudioCaptureInput.h"
@@ -36,6 +37,7 @@ struct LinuxPlatform::Adapters {
     LinuxPermissions permissions;
     MessageBoxAlerts alerts;
     NullCameraCaptureInput cameraInput;
+    FfmpegMediaInspector media;
     // X11 when there is a display; null adapters that say so otherwise.
     std::unique_ptr<WindowServer> windows;
     std::unique_ptr<ScreenCaptureInput> screenInput;
@@ -55,6 +57,7 @@ LinuxPlatform::LinuxPlatform() : adapters_(std::make_unique<Adapters>())
         a.pointer = std::make_unique<NullPointer>();
     }
     platform_.defaults = &a.defaults;
+    platform_.media = &a.media;
     platform_.clock = &a.clock;
     platform_.folders = &a.folders;
     platform_.audio = &a.audio;
