@@ -23,6 +23,8 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <QStandardPaths>
 
 using capstan::NSLog;
@@ -124,6 +126,9 @@ void AppDelegate::applicationDidFinishLaunching()
             3, home ? StatusItem::Action() : [this] { OnorOffCaptrueCamera(); });
         statusItem_->setItemAction(
             4, home ? StatusItem::Action() : [this] { showDoodleToolAction(); });
+        // The menu bar's recording items act on a source, as the tray's do.
+        if (auto *edit = window_->mainMenu->findChild<QMenu *>(QStringLiteral("Menu_Edit")))
+            edit->menuAction()->setEnabled(!home);
     });
     window_->show();
     // Once the window shows, so the message about a recording cut short stands over it.

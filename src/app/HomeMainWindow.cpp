@@ -209,13 +209,15 @@ void HomeMainWindow::buildMainMenu()
             action->setObjectName(QString::fromLatin1(item.key));
             action->setData(item.tag);
         }
+        return menu;
     };
-    // The language menu offers English and Simplified Chinese; Traditional Chinese follows the
-    // desktop's language.
-    addMenu("Menu_Edit", {{"Menu_Edit_Start", 401},
-                          {"Menu_Edit_Pause", 402},
-                          {"Menu_Edit_ScreenShort", 403},
-                          {"Menu_Edit_Captrue", 404}});
+    QMenu *edit = addMenu("Menu_Edit", {{"Menu_Edit_Start", 401},
+                                        {"Menu_Edit_Pause", 402},
+                                        {"Menu_Edit_ScreenShort", 403},
+                                        {"Menu_Edit_Captrue", 404}});
+    // Recording acts on a source: the window opens on the home view, where there is none.
+    edit->menuAction()->setEnabled(false);
+    // English and Simplified Chinese; Traditional Chinese follows the desktop's language.
     addMenu("Menu_Language", {{"Menu_Language_English", 201}, {"Menu_Language_Chinese", 202}});
     addMenu("Menu_Help", {{"Menu_Help_Capstan", 100}});
 }

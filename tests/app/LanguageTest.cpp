@@ -88,6 +88,17 @@ TEST_F(LanguageTest, MenuBarItemsActByTheirTags)
     app->showHelp(100);
     EXPECT_EQ(workspace.urls, QStringList{text("HelpUrl")});
 
+    // Recording items wait for a source, like the tray's; language and help do not.
+    const QList<QAction *> tops = window.mainMenu->actions();
+    ASSERT_EQ(tops.size(), 3);
+    EXPECT_FALSE(tops.at(0)->isEnabled());
+    EXPECT_TRUE(tops.at(1)->isEnabled());
+    EXPECT_TRUE(tops.at(2)->isEnabled());
+    app->fullScreenClicked(VideoTypeFullScreen);
+    EXPECT_TRUE(tops.at(0)->isEnabled());
+    app->backHomeAction();
+    EXPECT_FALSE(tops.at(0)->isEnabled());
+
     app->fullScreenClicked(VideoTypeFullScreen);
     app->showHelp(401);
     TNRecordManager &manager = *app->recordManager();

@@ -80,7 +80,9 @@ TEST_F(MainWindowFlowTest, WholeScreenRecordingRunsFromTheButtonToTheList)
     // The tick comes on the capture thread; the labels follow on this one.
     RecordingMediaEncoder::setResult("apiEncoderGetFileSize", 2'500'000);
     std::thread([&] { app->recordScreenTimeDuration(3); }).join();
-    QTRY_COMPARE(window.recordCurrentTimelabel->text(), QStringLiteral("00:00:03"));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return window.recordCurrentTimelabel->text() == QStringLiteral("00:00:03");
+    })) << window.recordCurrentTimelabel->text().toStdString();
     EXPECT_TRUE(window.recordFileSizelabel->text().startsWith(QStringLiteral("2.50 MB / ")));
     EXPECT_EQ(app->statusItem()->badgeLabel(), QStringLiteral("00:00:03"));
 
@@ -118,7 +120,9 @@ TEST_F(MainWindowFlowTest, TickFormatsWrapsAtSixtyHoursAndFiresTheFixedRuleOnce)
     window.recordBtn->click();
     ASSERT_EQ(app->recordManager()->status(), quint64(RecordStatusRecording));
     app->recordScreenTimeDuration(60 * 3600 + 5);
-    QTRY_COMPARE(window.recordCurrentTimelabel->text(), QStringLiteral("00:00:05"));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return window.recordCurrentTimelabel->text() == QStringLiteral("00:00:05");
+    })) << window.recordCurrentTimelabel->text().toStdString();
     app->recordScreenTimeDuration(-1);
     QTest::qWait(20);
     EXPECT_EQ(window.recordCurrentTimelabel->text(), QStringLiteral("00:00:05"));
@@ -185,7 +189,7 @@ TEST_F(MainWindowFlowTest, CloseHidesWhileAnotherWindowIsOpenOrARecordingRuns)
     window.show();
     app->enterFileListAction();
     EXPECT_FALSE(window.close()) << "the list window is open";
-    QTRY_VERIFY(!window.isShownToUser());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isShownToUser(); }));
     EXPECT_TRUE(app->applicationShouldHandleReopen());
     EXPECT_TRUE(window.isShownToUser());
     EXPECT_FALSE(app->applicationShouldHandleReopen()) << "already shown";
@@ -194,7 +198,7 @@ TEST_F(MainWindowFlowTest, CloseHidesWhileAnotherWindowIsOpenOrARecordingRuns)
     app->fullScreenClicked(VideoTypeFullScreen);
     window.recordBtn->click();
     EXPECT_FALSE(window.close()) << "recording";
-    QTRY_VERIFY(!window.isShownToUser());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isShownToUser(); }));
     app->showHomeMainWindow();
     // Only a running recording protects: a paused one lets the window close.
     app->pauseOrResumeAction();

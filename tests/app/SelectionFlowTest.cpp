@@ -106,7 +106,7 @@ TEST_F(SelectionFlowTest, EscapeBeforeAcceptanceEndsTheSelectionOnEveryScreen)
     EXPECT_FALSE(window.screenItempopBtn->isEnabled());
     key(second, Qt::Key_Escape);
     EXPECT_TRUE(manager().recordWindowControllerArray().empty());
-    QTRY_VERIFY(!first && !second);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !first && !second; }));
     EXPECT_EQ(manager().status(), quint64(RecordStatusIdle));
     EXPECT_TRUE(window.screenItempopBtn->isEnabled());
     EXPECT_TRUE(RecordingMediaEncoder::callsNamed("apiEncoderStart").empty());
@@ -170,7 +170,7 @@ TEST_F(CountdownFlowTest, TheCounterStandsInTheRegionAndTheRecordingStartsWhenIt
     EXPECT_LE((onWindow.center() - QRect(101, 1080 - 219, 201, 120).center()).manhattanLength(), 1);
     EXPECT_TRUE(first->window()->mask().contains(onWindow)) << "the counter is shown";
 
-    QTRY_COMPARE_WITH_TIMEOUT(manager().status(), quint64(RecordStatusRecording), 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return manager().status() == RecordStatusRecording; }, 5000));
     EXPECT_FALSE(first->window()->mask().contains(onWindow.center())) << "only the frame stays";
     EXPECT_EQ(first->selectedRegion(), QRectF(102, 100, 198, 118));
 }

@@ -69,7 +69,7 @@ TEST_F(TimingMenuTest, TheStartMenuRecordsAfterTheChosenCountdownOrAtOnce)
         manager().recordWindowControllerArray()[0].get());
     EXPECT_NE(overlay->recordScreenView()->findChild<CircleCounterView *>(), nullptr);
     EXPECT_EQ(manager().status(), quint64(RecordStatusIdle)) << "counting first";
-    QTRY_COMPARE_WITH_TIMEOUT(manager().status(), quint64(RecordStatusRecording), 6000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return manager().status() == RecordStatusRecording; }, 6000));
     app->recordScreenClicked();
     ASSERT_EQ(manager().status(), quint64(RecordStatusIdle));
 
