@@ -84,6 +84,16 @@ TimeEndWindowColler::TimeEndWindowColler(qint64 endTimeType, double recordEndTim
     ChangeLoanguage();
 }
 
+TimeEndWindowColler::~TimeEndWindowColler()
+{
+    // The dialog hides as it goes, and the field that loses the focus then says it finished
+    // editing: by then only the QDialog part of this window is left to answer.
+    for (QLineEdit *field : {hourTime, minTime, secTime}) {
+        field->removeEventFilter(this);
+        disconnect(field, nullptr, this, nullptr);
+    }
+}
+
 QLineEdit *TimeEndWindowColler::timeField(const char *name)
 {
     auto *field = new QLineEdit(QStringLiteral("00"), this);

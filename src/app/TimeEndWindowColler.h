@@ -22,6 +22,7 @@ public:
     // An endTimeType outside 0..3 opens as no limit; the fields show the duration only for 3.
     TimeEndWindowColler(qint64 endTimeType, double recordEndTimeDuration, bool audioOnly,
                         QWidget *parent = nullptr);
+    ~TimeEndWindowColler() override;
 
     // Set by OK only.
     const std::optional<Result> &choice() const { return choice_; }
